@@ -237,12 +237,14 @@ void strscan(char* dest, const char* label, int len)
     char c;
     do {
         c = scan_char(label);
-        if (!started && c == ' ') continue;
+        if (!started && c == ' ') continue;   // the loop test still sees c
         started = 1;
         dest[k] = c;
         if (k < len - 1) k++;
     } while (c != x_eln);
-    dest[k - 1] = 0;
+    // When the line end is itself a blank, a leading blank ends the read with
+    // nothing stored: the text is empty.
+    dest[k > 0 ? k - 1 : 0] = 0;
 }
 
 // ---- record lines --------------------------------------------------------------------

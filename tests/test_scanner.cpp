@@ -1,0 +1,185 @@
+// Opening data files and the token scanner: heads, line ends, fixed fields,
+// and the one fatal message that every failed read turns into.
+#include "world_fixture.h"
+
+#include <cstring>
+
+class Scanner : public WorldTest {
+protected:
+    char path[path_len];
+
+    int open_text(const std::string& bytes, int version = 1, int complain = 0)
+    {
+        write_file("data.txt", bytes);
+        C_plus_C(app_path, "data.txt", path);
+        return inf_open(path, kind_text, version, complain);
+    }
+    int open_binary(const std::string& bytes, int version)
+    {
+        write_file("data.bin", bytes);
+        C_plus_C(app_path, "data.bin", path);
+        return inf_open(path, kind_tile, version, 0);
+    }
+};
+
+TEST_F(Scanner, TextHeadChecksLetterAndVersionQuietly)
+{
+    EXPECT_EQ(open_text("A\n1 a word\n12 13\n"), 1);
+    EXPECT_EQ(x_eln, '\n');
+    EXPECT_STREQ(C_s, "a word");
+    EXPECT_EQ(intscan("x"), 12);
+
+    EXPECT_EQ(open_text("B\n1 version\n"), 0);
+    EXPECT_EQ(open_text("I\n2 version\n"), 0);   // another version, complain off
+    EXPECT_EQ(open_text(""), 0);
+    C_plus_C(app_path, "no such file", path);
+    EXPECT_EQ(inf_open(path, kind_text, 1, 1), 0);
+}
+
+TEST_F(Scanner, BinaryHeadGivesByteOrder)
+{
+    std::string little("i\x04\x00\x00\x00\x2a\x00\x00\x00", 9);
+    ASSERT_EQ(open_binary(little, 4), 1);
+    EXPECT_EQ(rev_inf_bin, 0);
+    EXPECT_EQ(intscan("x"), 42);
+
+    std::string big("a\x00\x00\x00\x04\x3f\x80\x00\x00", 9);
+    ASSERT_EQ(open_binary(big, 4), 1);
+    EXPECT_EQ(rev_inf_bin, 1);
+    EXPECT_FLOAT_EQ(fltscan("x"), 1.0f);
+
+    EXPECT_EQ(open_binary("", 4), 0);
+    EXPECT_EQ(open_binary("z\x04", 4), 0);
+}
+
+TEST_F(Scanner, VersionThatCannotBeReadIsFatalEvenWithoutComplaint)
+{
+    EXPECT_FATAL_ALERT(open_binary("i", 4), "File-scanning error!");
+    EXPECT_NE(last_log_line().find("MACIBM_alert: File-scanning error!  file: "), std::string::npos);
+}
+
+TEST_F(Scanner, WrongVersionWithComplaintIsFatal)
+{
+    EXPECT_FATAL_ALERT(open_text("I\n554 version\n", 543, 1), "wrong version");
+    std::string line = last_log_line();
+    EXPECT_EQ(line.rfind("MACIBM_alert: The following file is the wrong version for this version of Norvane: " +
+                             root + "data.txt Throw that file away.",
+                         0),
+              0u)
+        << line;
+}
+
+TEST_F(Scanner, FailedReadNamesItsLabel)
+{
+    ASSERT_EQ(open_text("I\n1 version\n5 six\n"), 1);
+    EXPECT_EQ(intscan("first"), 5);
+    EXPECT_FATAL_ALERT(intscan("scan rwy rwy_len"), "File-scanning error!");
+    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: File-scanning error!  file: scan rwy rwy_len, GetLastError=", 0),
+              0u);
+}
+
+TEST_F(Scanner, NumberStopsAtTheFirstCharacterThatCannotBelongToIt)
+{
+    ASSERT_EQ(open_text("I\n1 version\n07L 09R\n"), 1);
+    EXPECT_EQ(intscan("x"), 7);
+    char c;
+    inf[inf_use] >> c;
+    EXPECT_EQ(c, 'L');
+    EXPECT_EQ(intscan("x"), 9);
+}
+
+TEST_F(Scanner, FixedIdentifierFieldTakesFourColumnsAndDropsOne)
+{
+    char id[5];
+    char name[40];
+    ASSERT_EQ(open_text("I\n1 version\n  KXYZ Name\nXYZ Name\n\tAB C-D\n"), 1);
+    wrdscan(id, "id", 5, 1);
+    EXPECT_STREQ(id, "KXYZ");
+    strscan(name, "name", 40);
+    EXPECT_STREQ(name, "Name");
+    wrdscan(id, "id", 5, 1);
+    EXPECT_STREQ(id, "XYZ ");
+    strscan(name, "name", 40);
+    EXPECT_STREQ(name, "ame");
+    wrdscan(id, "id", 5, 1);   // tabs and the previous line end are skipped too
+    EXPECT_STREQ(id, "AB C");
+}
+
+TEST_F(Scanner, RestOfLineKeepsAtMostLenMinusTwo)
+{
+    std::string line39(39, 'x');
+    std::string line38(38, 'y');
+    char name[40];
+    ASSERT_EQ(open_text("I\n1 version\n" + line39 + "\n" + line38 + "\n   \n\tTab first  \n"), 1);
+    strscan(name, "n", 40);
+    EXPECT_EQ(std::string(name), std::string(38, 'x'));
+    strscan(name, "n", 40);
+    EXPECT_EQ(std::string(name), line38);
+    strscan(name, "n", 40);
+    EXPECT_STREQ(name, "");
+    strscan(name, "n", 40);
+    EXPECT_STREQ(name, "\tTab first  ");   // tabs are kept, trailing blanks stay
+}
+
+TEST_F(Scanner, AllThreeLineEndsRead)
+{
+    const char* ends[3] = {"\n", "\r", "\r\n"};
+    for (const char* e : ends) {
+        std::string eol(e);
+        std::string text = "I" + eol + "1 head text" + eol + "first line" + eol + "second line" + eol + "3" + eol;
+        ASSERT_EQ(open_text(text), 1) << "line end " << eol.size();
+        EXPECT_STREQ(C_s, "head text");
+        char line[40];
+        strscan(line, "n", 40);
+        EXPECT_STREQ(line, "first line");
+        strscan(line, "n", 40);
+        EXPECT_STREQ(line, "second line");
+        EXPECT_EQ(intscan("n"), 3);
+    }
+}
+
+TEST_F(Scanner, BlankSecondByteMakesBlankTheLineEnd)
+{
+    ASSERT_EQ(open_text("I 1 two words\n"), 1);
+    EXPECT_EQ(x_eln, ' ');
+    EXPECT_STREQ(C_s, "");   // the blank behind the version already ends the line
+    char word[40];
+    strscan(word, "w", 40);
+    EXPECT_STREQ(word, "two");
+}
+
+TEST_F(Scanner, ResourceColonsBecomeSeparatorsFromTheFourthCharacter)
+{
+    write_file("Norsuite Resources/menus/m.txt", "I\n1 version\n");
+    char name[path_len];
+    C_plus_C(app_path, "Norsuite Resources:menus:m.txt", name);
+    EXPECT_EQ(inf_open(name, kind_text, 1, 0), 1);
+    EXPECT_EQ(std::string(name), root + "Norsuite Resources/menus/m.txt");
+
+    char drive[path_len] = "C:\\x:y";
+    inf_open(drive, kind_text, 1, 0);
+    EXPECT_STREQ(drive, "C:\\x/y");
+}
+
+TEST_F(Scanner, WriterHeadsAndByteOrder)
+{
+    C_plus_C(app_path, "out.txt", path);
+    ASSERT_EQ(ouf_open(path, kind_text, 543), 1);
+    ouf << 1.5f << line_end;
+    ouf.close();
+    EXPECT_EQ(read_file("out.txt"), "I\r\n543 version\r\n1.500000\r\n");
+
+    C_plus_C(app_path, "out.env", path);
+    ASSERT_EQ(ouf_open(path, kind_tile, 4), 1);
+    ouf.close();
+    EXPECT_EQ(read_file("out.env"), std::string("i\x04\x00\x00\x00", 5));
+}
+
+TEST_F(Scanner, WriterThatCannotCreateWarnsAndGoesOn)
+{
+    C_plus_C(app_path, "missing folder/out.txt", path);
+    EXPECT_EQ(ouf_open(path, kind_text, 1), 0);
+    std::string line = last_log_line();
+    EXPECT_EQ(line.rfind("MACIBM_alert: I could not save the file!", 0), 0u) << line;
+    EXPECT_NE(line.find(root + "missing folder/out.txt It is recommended"), std::string::npos);
+}

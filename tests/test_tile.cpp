@@ -1,0 +1,380 @@
+// The tile file: names, the byte layout, what changes on the way through a
+// write and a read, the blank tile, and the coast points of a tile.
+#include "app/Utils.h"
+#include "world_fixture.h"
+
+#include <cstring>
+
+static const char* const tile_file = "additional nav data/Earth/+030-120/+033-119.env";
+static const int vertex_bytes = 4800 * 16;
+static const int marker_offset = 5 + vertex_bytes;
+
+class TileFile : public WorldTest {
+protected:
+    static int int_at(const std::string& bytes, size_t offset)
+    {
+        int v;
+        std::memcpy(&v, bytes.data() + offset, 4);
+        return v;
+    }
+    static float float_at(const std::string& bytes, size_t offset)
+    {
+        float v;
+        std::memcpy(&v, bytes.data() + offset, 4);
+        return v;
+    }
+    static void put_obstacle(int slot, int kind, float lat, float lon, float hddz, const char* name = "?")
+    {
+        obj_type[slot] = kind;
+        obj_lat[slot] = lat;
+        obj_lon[slot] = lon;
+        obj_hddz[slot] = hddz;
+        C_to_C(name, obj_name[slot]);
+    }
+    // A tile with varied heights, water in the south-west and custom cells.
+    static void shape_tile()
+    {
+        for (int i = 0; i < grid_ni; i++)
+            for (int j = 0; j < grid_nj; j++) {
+                planey[i][j] = (float)(i * 7 + j * 3) + 0.25f;
+                planelat[i][j] += 0.001f * (float)(i % 3);
+                is_water[i][j] = (i < 10 && j < 10);
+                set_orientation(i, j, st_r0, is_water[i][j] ? 50 : 54);
+            }
+        set_orientation(5, 50, st_r1, 2003);
+        set_orientation(6, 50, st_r2, 2003);
+        set_orientation(7, 50, st_r3, 2007);
+        set_orientation(8, 50, st_flip_t, 52);
+        set_orientation(9, 50, st_flip_s, 56);
+        set_orientation(10, 50, st_swap, 52);
+        C_to_C("rock face", msc.ter_tex_name[3]);
+        C_to_C("sand", msc.ter_tex_name[7]);
+        C_to_C("painted nowhere", msc.ter_tex_name[9]);
+    }
+};
+
+TEST_F(TileFile, NamesOfTilesAndCoastFiles)
+{
+    char name[32];
+    return_latlon_str_ENV(33, -119, name);
+    EXPECT_STREQ(name, "+030-120/+033-119.env");
+    return_latlon_str_ENV(0, 0, name);
+    EXPECT_STREQ(name, "+000+000/+000+000.env");
+    return_latlon_str_ENV(-1, 5, name);
+    EXPECT_STREQ(name, "-010+000/-001+005.env");
+    return_latlon_str_ENV(-5, -5, name);
+    EXPECT_STREQ(name, "-010-010/-005-005.env");
+    return_latlon_str_COAST(33, -119, name);
+    EXPECT_STREQ(name, "+030-120.cst");
+    return_latlon_str_COAST(-1, 0, name);
+    EXPECT_STREQ(name, "-010+000.cst");
+
+    char path[path_len];
+    tile_file_path(path);
+    EXPECT_EQ(std::string(path), root + tile_file);
+}
+
+TEST_F(TileFile, WrittenBytesFollowTheLayout)
+{
+    shape_tile();
+    put_obstacle(0, 3, 33.5f, -118.5f, 250);
+    put_obstacle(1, 0, 33.6f, -118.6f, 100);          // free slot: left out
+    put_obstacle(2, 8, 33.7f, -118.7f, 90, "tower/a");
+    put_obstacle(3, 5, 40.0f, -118.5f, 100);          // another tile: left out
+    put_obstacle(4, 7, 33.5f, -118.5f, 100);          // kind 7 is never written
+    put_obstacle(5, 1, 34.0f, -118.0f, 60);           // on the north-east corner: in
+    msc.ter_dirty = 1;
+    writeout(200);
+    EXPECT_EQ(msc.ter_dirty, 0);
+
+    std::string f = read_file(tile_file);
+    ASSERT_EQ(f.size(), (size_t)(marker_offset + 24 + 56 + 24 + 4 + 500 * 40));
+    EXPECT_EQ(f[0], 'i');
+    EXPECT_EQ(int_at(f, 1), 4);
+    // Vertex (i, j) is record j * 60 + i; the code is negative.
+    size_t v = 5 + (50 * 60 + 5) * 16;
+    EXPECT_FLOAT_EQ(float_at(f, v + 8), planey[5][50]);
+    EXPECT_EQ(int_at(f, v + 12), -(30000 + 2003));
+    v = 5 + (3 * 60 + 2) * 16;
+    EXPECT_EQ(int_at(f, v + 12), -(100000 + 40000 + 50));
+    EXPECT_FLOAT_EQ(float_at(f, v), planelat[2][3]);
+    EXPECT_FLOAT_EQ(float_at(f, v + 4), planelon[2][3]);
+    // Mirrored orientations go out as the rotation with the same s values.
+    EXPECT_EQ(int_at(f, 5 + (50 * 60 + 8) * 16 + 12), -(40000 + 52));
+    EXPECT_EQ(int_at(f, 5 + (50 * 60 + 9) * 16 + 12), -(20000 + 56));
+    EXPECT_EQ(int_at(f, 5 + (50 * 60 + 10) * 16 + 12), -(10000 + 52));
+
+    size_t o = marker_offset;
+    EXPECT_EQ(int_at(f, o), 3);
+    EXPECT_FLOAT_EQ(float_at(f, o + 12), 250);
+    EXPECT_EQ(int_at(f, o + 16), 0);
+    EXPECT_EQ(int_at(f, o + 20), 0);
+    EXPECT_EQ(int_at(f, o + 24), 8);
+    EXPECT_STREQ(f.c_str() + o + 24 + 16, "tower/a");
+    EXPECT_EQ(int_at(f, o + 80), 1);
+    EXPECT_EQ(int_at(f, o + 104), 99);
+    size_t names = o + 108;
+    EXPECT_STREQ(f.c_str() + names + 3 * 40, "rock face");
+    EXPECT_STREQ(f.c_str() + names + 7 * 40, "sand");
+    EXPECT_STREQ(f.c_str() + names + 9 * 40, "Untitled");   // used by no cell
+    EXPECT_STREQ(msc.ter_tex_name[9], "Untitled");            // released in memory too
+}
+
+TEST_F(TileFile, ReadBackGivesTheSameTables)
+{
+    shape_tile();
+    put_obstacle(0, 2, 33.1f, -118.9f, 120);
+    put_obstacle(7, 8, 33.2f, -118.8f, 45, "hangar");
+    put_obstacle(9, 6, 33.3f, -118.7f, 300);
+    writeout(200);
+
+    static float lat[60][80], lon[60][80], y[60][80];
+    static int water[60][80];
+    static unsigned int tex[60][80];
+    std::memcpy(lat, planelat, sizeof lat);
+    std::memcpy(lon, planelon, sizeof lon);
+    std::memcpy(y, planey, sizeof y);
+    std::memcpy(water, is_water, sizeof water);
+    std::memcpy(tex, planetex, sizeof tex);
+
+    lay_flat_grid();
+    clear_feature_tables();
+    std::memset(planetex, 0, sizeof planetex);
+    msc.ter_dirty = 1;
+    msc.map_zoom = 4;
+    read_terrain();
+
+    EXPECT_EQ(std::memcmp(lat, planelat, sizeof lat), 0);
+    EXPECT_EQ(std::memcmp(lon, planelon, sizeof lon), 0);
+    EXPECT_EQ(std::memcmp(y, planey, sizeof y), 0);
+    EXPECT_EQ(std::memcmp(water, is_water, sizeof water), 0);
+    EXPECT_EQ(std::memcmp(tex, planetex, sizeof tex), 0);
+    // Rotations survive; a mirror comes back as its rotation.
+    for (int k = 0; k < 2; k++) {
+        EXPECT_EQ(planest[5][50][1][0][k], st_table[st_r1][k][3]);
+        EXPECT_EQ(planest[7][50][0][1][k], st_table[st_r3][k][1]);
+        EXPECT_EQ(planest[8][50][0][1][k], st_table[st_r0][k][1]);
+    }
+    // Obstacles are compacted in their order.
+    EXPECT_EQ(obj_type[0], 2);
+    EXPECT_EQ(obj_type[1], 8);
+    EXPECT_STREQ(obj_name[1], "hangar");
+    EXPECT_FLOAT_EQ(obj_hddz[1], 45);
+    EXPECT_EQ(obj_type[2], 6);
+    EXPECT_FLOAT_EQ(obj_lat[2], 33.3f);
+    EXPECT_EQ(obj_type[3], 99);
+    EXPECT_STREQ(msc.ter_tex_name[3], "rock face");
+    EXPECT_STREQ(msc.ter_tex_name[0], "Untitled");
+    EXPECT_EQ(msc.ter_dirty, 0);
+    EXPECT_FLOAT_EQ(msc.map_zoom, 1.0f);
+}
+
+TEST_F(TileFile, EmptyObstacleListPutsTheMarkerRightBehindTheVertices)
+{
+    writeout(200);
+    std::string f = read_file(tile_file);
+    EXPECT_EQ(int_at(f, marker_offset), 99);
+    obj_type[0] = 4;
+    read_terrain();
+    EXPECT_EQ(obj_type[0], 99);
+}
+
+TEST_F(TileFile, ReopenedTileDoesNotBringBackRecordsItNoLongerHolds)
+{
+    put_obstacle(0, 2, 33.1f, -118.9f, 120);
+    put_obstacle(1, 3, 33.2f, -118.9f, 120);
+    put_obstacle(2, 4, 33.3f, -118.9f, 120);
+    put_obstacle(3, 5, 45.5f, 10.5f, 120);   // a left-over of a far tile stays
+    writeout(200);
+    obj_type[0] = 0;
+    obj_type[1] = 0;
+    writeout(200);   // the file now holds one obstacle
+    obj_type[0] = 2;
+    obj_type[1] = 3;
+    read_terrain();
+    EXPECT_EQ(obj_type[0], 4);
+    EXPECT_EQ(obj_type[1], 99);
+    EXPECT_EQ(obj_type[2], 0);   // freed: it was inside this tile
+    EXPECT_EQ(obj_type[3], 5);
+}
+
+TEST_F(TileFile, MissingFileLaysABlankWaterTile)
+{
+    msc.lat = -5;
+    msc.lon = 12;
+    planey[3][3] = 99;
+    is_water[3][3] = 0;
+    msc.coast_num = 17;
+    read_terrain();
+    EXPECT_FLOAT_EQ(planelat[0][79], -4.0f);
+    EXPECT_FLOAT_EQ(planelon[59][0], 13.0f);
+    EXPECT_FLOAT_EQ(planelat[10][40], interp(0, -5, 79, -4, 40, 1));
+    EXPECT_FLOAT_EQ(planey[3][3], 0);
+    EXPECT_EQ(is_water[3][3], 1);
+    EXPECT_EQ(msc.coast_num, 0);
+}
+
+TEST_F(TileFile, WrongVersionOrLetterCountsAsMissing)
+{
+    writeout(200);
+    std::string f = read_file(tile_file);
+    f[1] = 5;
+    write_file(tile_file, f);
+    planey[0][0] = 7;
+    read_terrain();
+    EXPECT_FLOAT_EQ(planey[0][0], 0);   // laid blank
+    f[1] = 3;
+    f[0] = 'x';
+    write_file(tile_file, f);
+    planey[0][0] = 7;
+    read_terrain();
+    EXPECT_FLOAT_EQ(planey[0][0], 0);
+}
+
+// Builds a big-endian version 3 file by hand: 'a', then every number reversed.
+TEST_F(TileFile, BigEndianFilesRead)
+{
+    std::string f("a", 1);
+    auto put = [&](const void* four) {
+        const char* b = (const char*)four;
+        f.append({b[3], b[2], b[1], b[0]});
+    };
+    int version = 3;
+    put(&version);
+    for (int j = 0; j < 80; j++)
+        for (int i = 0; i < 60; i++) {
+            float lat = 33 + j / 79.0f, lon = -119 + i / 59.0f, y = (float)(i + j);
+            int code = (i == 4 && j == 4) ? -142054 : 0x10000000 | 0x400 | 0x04;
+            put(&lat);
+            put(&lon);
+            put(&y);
+            put(&code);
+        }
+    int kind = 6, zero = 0, marker = 99;
+    float olat = 33.5f, olon = -118.5f, h = 80;
+    put(&kind), put(&olat), put(&olon), put(&h), put(&zero), put(&zero), put(&marker);
+    write_file(tile_file, f);   // ends right behind the marker
+
+    read_terrain();
+    EXPECT_FLOAT_EQ(planey[10][20], 30);
+    EXPECT_EQ(planetex[4][4], 2054u);
+    EXPECT_EQ(is_water[4][4], 1);
+    EXPECT_EQ(planetex[5][5], 2001u);   // both flags: the lower id wins
+    EXPECT_EQ(is_water[5][5], 1);
+    EXPECT_EQ(obj_type[0], 6);
+    EXPECT_FLOAT_EQ(obj_hddz[0], 80);
+    EXPECT_EQ(obj_type[1], 99);
+    for (int n = 0; n < 500; n++) ASSERT_STREQ(msc.ter_tex_name[n], "Untitled");
+}
+
+TEST_F(TileFile, ShortNameTableLeavesTheRestUntitled)
+{
+    writeout(200);
+    std::string f = read_file(tile_file);
+    size_t names = marker_offset + 4;
+    std::memcpy(&f[names + 40], "grass\0", 6);
+    f.resize(names + 40 + 20);   // ends halfway through slot 1
+    write_file(tile_file, f);
+    C_to_C("old", msc.ter_tex_name[1]);
+    read_terrain();
+    EXPECT_STREQ(msc.ter_tex_name[1], "Untitled");
+    EXPECT_STREQ(msc.ter_tex_name[2], "Untitled");
+}
+
+TEST_F(TileFile, NameWithoutTerminatorIsCutInsideItsSlot)
+{
+    writeout(200);
+    std::string f = read_file(tile_file);
+    std::memset(&f[marker_offset + 4], 'q', 40);
+    write_file(tile_file, f);
+    read_terrain();
+    EXPECT_EQ(std::string(msc.ter_tex_name[0]), std::string(39, 'q'));
+}
+
+TEST_F(TileFile, FileCutInsideTheVerticesIsFatal)
+{
+    writeout(200);
+    std::string f = read_file(tile_file);
+    f.resize(1000);
+    write_file(tile_file, f);
+    EXPECT_FATAL_ALERT(read_terrain(), "File-scanning error!");
+    EXPECT_NE(last_log_line().find("file: " + root + tile_file + ", GetLastError="), std::string::npos);
+}
+
+TEST_F(TileFile, MoreThanTheTableHoldsWrapsToSlotZero)
+{
+    writeout(200);
+    std::string f = read_file(tile_file).substr(0, marker_offset);
+    std::string record(24, '\0');
+    int kind = 2;
+    std::memcpy(&record[0], &kind, 4);
+    for (int n = 0; n < obj_cap; n++) f += record;
+    kind = 4;
+    std::memcpy(&record[0], &kind, 4);
+    f += record;
+    int marker = 99;
+    f.append((const char*)&marker, 4);
+    write_file(tile_file, f);
+    read_terrain();
+    EXPECT_EQ(obj_type[0], 4);
+    EXPECT_EQ(obj_type[1], 99);
+    EXPECT_EQ(obj_type[2], 2);
+}
+
+TEST_F(TileFile, SavingIntoAMissingFolderWarnsAndKeepsTheChanges)
+{
+    msc.lat = 51;
+    msc.lon = 7;
+    msc.ter_dirty = 1;
+    writeout(200);
+    EXPECT_EQ(msc.ter_dirty, 1);
+    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: I could not save the file!", 0), 0u);
+}
+
+class Coast : public WorldTest {
+protected:
+    void write_coast(const std::string& pairs) { write_file("additional nav data/coastlines/+030-120.cst", "I\r\n1 version\r\n" + pairs); }
+};
+
+TEST_F(Coast, PointsInsideTheTileAreKeptInFileOrder)
+{
+    write_coast("33.5 -118.5\r\n40 -118.5 33 -119\r\n34 -118 33.25\t-118.75\r\n");
+    read_coast();
+    ASSERT_EQ(msc.coast_num, 4);
+    EXPECT_FLOAT_EQ(coast_lat[0], 33.5f);
+    EXPECT_FLOAT_EQ(coast_lat[1], 33.0f);   // the south-west corner is inside
+    EXPECT_FLOAT_EQ(coast_lon[2], -118.0f); // and the north-east corner too
+    EXPECT_FLOAT_EQ(coast_lon[3], -118.75f);
+}
+
+TEST_F(Coast, BadTokenEndsTheListQuietly)
+{
+    write_coast("33.5 -118.5 oops 33.6 -118.6\r\n");
+    read_coast();
+    EXPECT_EQ(msc.coast_num, 1);
+    write_coast("");
+    read_coast();
+    EXPECT_EQ(msc.coast_num, 0);
+}
+
+TEST_F(Coast, ThreeThousandPointsLoadAndOneMoreIsFatal)
+{
+    std::string pairs;
+    for (int k = 0; k < coast_cap; k++) pairs += "33.5 -118.5\n";
+    write_coast(pairs);
+    read_coast();
+    EXPECT_EQ(msc.coast_num, coast_cap);
+    write_coast(pairs + "34 -119\n");
+    EXPECT_FATAL_ALERT(read_coast(), "Too many coastline points!");
+    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: Too many coastline points! ", 0), 0u);
+}
+
+TEST_F(Coast, OpeningATileReplacesThePointsOfTheLastOne)
+{
+    write_coast("33.5 -118.5\n");
+    read_terrain();
+    EXPECT_EQ(msc.coast_num, 1);
+    msc.lon = -118;   // a tile of the same square without a point of its own
+    read_terrain();
+    EXPECT_EQ(msc.coast_num, 0);
+}

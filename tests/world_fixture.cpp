@@ -1,0 +1,83 @@
+#include "world_fixture.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+#include <sys/stat.h>
+#include <unistd.h>
+
+static void make_folders_for(const std::string& path)
+{
+    for (size_t k = 1; k < path.size(); k++)
+        if (path[k] == '/') mkdir(path.substr(0, k).c_str(), 0755);
+}
+
+void WorldTest::SetUp()
+{
+    // Fatal alerts are tested in a forked child that shares this folder, so
+    // the child's log line can be read here afterwards.
+    GTEST_FLAG_SET(death_test_style, "fast");
+    char folder[] = "/tmp/tf_world_XXXXXX";
+    ASSERT_NE(mkdtemp(folder), nullptr);
+    root = std::string(folder) + "/";
+    ASSERT_EQ(chdir(folder), 0);
+    // The log is opened again in this folder by the first alert.
+    if (err.is_open()) err.close();
+    inf_use = 0;
+    con.ft_to_m = 0.3048f;
+    con.m_to_ft = 1.0f / con.ft_to_m;
+    con.rad_to_deg = 180.0f / 3.1415927f;
+    con.deg_to_rad = 1.0f / con.rad_to_deg;
+    con.nm_to_m = con.ft_to_m * 6076.1155f;
+    C_to_C(root.c_str(), app_path);
+    C_plus_C(app_path, "additional nav data/custom terrain textures/", ter_path);
+    set_msc_defaults();
+    lay_flat_grid();
+    clear_feature_tables();
+    std::memset(planetex, 0, sizeof planetex);
+    std::memset(planest, 0, sizeof planest);
+    apt_wrl_max = rwy_wrl_max = nav_wrl_max = -1;
+    make_folders_for(root + "additional nav data/Earth/+030-120/");
+}
+
+void WorldTest::TearDown()
+{
+    if (ouf.is_open()) ouf.close();
+    inf_close();
+    std::string command = "rm -rf '" + root + "'";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+}
+
+void WorldTest::write_file(const std::string& relative, const std::string& bytes)
+{
+    std::string path = root + relative;
+    make_folders_for(path);
+    std::ofstream out(path, std::ios::binary);
+    out << bytes;
+}
+
+std::string WorldTest::read_file(const std::string& relative)
+{
+    std::ifstream in(root + relative, std::ios::binary);
+    std::stringstream all;
+    all << in.rdbuf();
+    return all.str();
+}
+
+std::string WorldTest::last_log_line()
+{
+    std::ifstream in("Error.out", std::ios::binary);
+    std::string line, last;
+    while (std::getline(in, line))
+        if (!line.empty()) last = line;
+    if (!last.empty() && last.back() == '\r') last.pop_back();
+    return last;
+}
+
+std::string WorldTest::database(const std::string& head_text, const std::string& body)
+{
+    std::string text = "I\r\n500 " + head_text + "\r\n" + body + "99\r\n";
+    return text;
+}

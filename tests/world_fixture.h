@@ -1,0 +1,31 @@
+// A scratch world for tests: a fresh folder that stands in for the program's
+// folder, with helpers to write data files into it and to read the alert log.
+#pragma once
+#include "app/Main.h"
+#include "hl/Hl_file.h"
+#include "hl/Hl_funct.h"
+#include "hl/Hl_types.h"
+#include "platform/Hl_mnw.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+class WorldTest : public ::testing::Test {
+protected:
+    std::string root;   // the stand-in program folder, with a closing '/'
+
+    void SetUp() override;
+    void TearDown() override;
+
+    // Writes a file below the stand-in program folder, creating its folders.
+    void write_file(const std::string& relative, const std::string& bytes);
+    std::string read_file(const std::string& relative);
+    // The last line of "Error.out" in the current folder, without its line end.
+    static std::string last_log_line();
+    // A database file with the given record lines, CR LF line ends and the head.
+    static std::string database(const std::string& head_text, const std::string& body);
+};
+
+// Fatal alerts end the process with status 0 after writing their log line.
+#define EXPECT_FATAL_ALERT(statement, stderr_regex) \
+    EXPECT_EXIT(statement, ::testing::ExitedWithCode(0), stderr_regex)
