@@ -1,0 +1,240 @@
+// apt.dat and nav.dat: record columns, what a write and read keep, and the
+// limits of the load with their fatal alerts.
+#include "app/Utils.h"
+#include "world_fixture.h"
+
+#include <sstream>
+
+static const char* const apt_file = "additional nav data/Earth/apt.dat";
+static const char* const nav_file = "additional nav data/Earth/nav.dat";
+
+class Databases : public WorldTest {
+protected:
+    void write_apt(const std::string& body) { write_file(apt_file, database("Airports of the test", body)); }
+    void write_nav(const std::string& body) { write_file(nav_file, database("Navaids of the test", body)); }
+
+    static std::string airport_lines(int airports, int runways_each)
+    {
+        std::string body;
+        for (int a = 0; a < airports; a++) {
+            body += "1 100 0 0 KA" + std::to_string(a % 10) + "Z Field\n";
+            for (int r = 0; r < runways_each; r++) body += "10 33.5 -118.5 9 L 90 5000 100 1111111\n";
+        }
+        return body;
+    }
+};
+
+TEST_F(Databases, AirportLinesStandInTheirColumns)
+{
+    write_apt("1 125 1 1 KLAX Los Angeles Intl\r\n"
+              "10 33.9496 -118.417 6 L 82.9 8926 150 2324324\r\n"
+              "10 33.9 -118.4 7 x -90 12923.4 200.5 1111111\r\n"
+              "1 12.6 2 0 ABC  Three letters\r\n"
+              "10 33.1 -118.1 36 R 360 3000 75 10111111\r\n");
+    load_airports();
+    writeout(202);
+    EXPECT_EQ(read_file(apt_file),
+              "I\r\n500 Airports of the test\r\n"
+              "\r\n"
+              "1    125 1 1 KLAX Los Angeles Intl\r\n"
+              "10  33.9496002 -118.4169998  6 L  82.90  8926  150 2324324\r\n"
+              "10  33.9000015 -118.4000015  7 x 270.00 12923  200 1111111\r\n"
+              "\r\n"
+              "1     13 0 0 ABC  Three letters\r\n"
+              "10  33.0999985 -118.0999985 36 R 360.00  3000   75 10111111\r\n"
+              "99\r\n");
+}
+
+TEST_F(Databases, NavaidLinesStandInTheirColumns)
+{
+    write_nav("3 33.9331 -118.432 185 11360 0 LAX  LOS ANGELES VORTAC\r\n"
+              "6 33.948 -118.391 125 10950 300123 IOSS LOS ANGELES GS 24R\r\n"
+              "2 33.955 -118.34 100.04 278 0 LA   LOS ANGELES NDB\r\n");
+    load_navaids();
+    EXPECT_EQ(nav_wrl_max, 2);
+    writeout(203);
+    EXPECT_EQ(read_file(nav_file),
+              "I\r\n500 Navaids of the test\r\n"
+              "3  33.9331017 -118.4319992    185.0    11360    0.00 LAX  LOS ANGELES VORTAC\r\n"
+              "6  33.9480019 -118.3909988    125.0    10950 300123.00 IOSS LOS ANGELES GS 24R\r\n"
+              "2  33.9550018 -118.3399963    100.0      278    0.00 LA   LOS ANGELES NDB\r\n"
+              "99\r\n");
+}
+
+TEST_F(Databases, WrittenFilesReadBackToTheSameTables)
+{
+    write_apt(airport_lines(3, 2));
+    write_nav("4 33.5 -118.5 10 11170 262.9 ICFN LOC 25L\n7 33.6 -118.6 11 0 262.9 ICFN OM 25L\n");
+    load_airports();
+    load_navaids();
+    apt_twr[1] = 5;   // any non-zero flag goes out as 1
+    rwy_hdng[3] = 123.456f;
+    writeout(202);
+    writeout(203);
+    std::string apt_before = read_file(apt_file), nav_before = read_file(nav_file);
+    load_airports();
+    load_navaids();
+    EXPECT_EQ(apt_twr[1], 1);
+    EXPECT_FLOAT_EQ(rwy_hdng[3], 123.46f);
+    EXPECT_EQ(apt_wrl_max, 2);
+    EXPECT_EQ(rwy_wrl_max, 5);
+    EXPECT_EQ(apt_lo_ind[2], 4);
+    EXPECT_EQ(apt_hi_ind[2], 5);
+    EXPECT_STREQ(nav_id[1], "ICFN");
+    EXPECT_STREQ(nav_name[1], "OM 25L");
+    writeout(202);
+    writeout(203);
+    EXPECT_EQ(read_file(apt_file), apt_before);   // a second round changes nothing
+    EXPECT_EQ(read_file(nav_file), nav_before);
+}
+
+TEST_F(Databases, ReadingRulesOfTheFields)
+{
+    write_apt("1 50 1 2 K1  A name that is far too long for its forty places\n"
+              "10 33 -118 09L 725 100 50 1111111\n"
+              "5 6 7\n"   // other codes cost just themselves
+              "10 33 -118 18 x 360 100 50 1111111\n");
+    load_airports();
+    EXPECT_EQ(apt_twr[0], 1);
+    EXPECT_EQ(apt_bld[0], 0);   // only 1 reads as set
+    EXPECT_STREQ(apt_id[0], "K1  ");
+    EXPECT_EQ(std::string(apt_name[0]).size(), 38u);
+    EXPECT_EQ(rwy_num[0], 9);
+    EXPECT_EQ(rwy_lcr[0], 'L');
+    EXPECT_FLOAT_EQ(rwy_hdng[0], 365);   // wrapped once only
+    EXPECT_FLOAT_EQ(rwy_hdng[1], 360);
+    EXPECT_EQ(rwy_wrl_max, 1);
+    EXPECT_EQ(apt_hi_ind[0], 1);
+}
+
+TEST_F(Databases, BlankNavaidIdentifierDoesNotReadBack)
+{
+    write_nav("2 33.5 -118.5 10 278 0      BEACON NAME\n");
+    load_navaids();
+    EXPECT_STREQ(nav_id[0], "BEAC");
+    EXPECT_STREQ(nav_name[0], "N NAME");
+}
+
+TEST_F(Databases, EmptyDatabasesLoadAndWriteJustTheHead)
+{
+    write_apt("");
+    write_nav("");
+    load_airports();
+    load_navaids();
+    EXPECT_EQ(apt_wrl_max, -1);
+    EXPECT_EQ(nav_wrl_max, -1);
+    writeout(202);
+    EXPECT_EQ(read_file(apt_file), "I\r\n500 Airports of the test\r\n99\r\n");
+}
+
+TEST_F(Databases, AirportWithoutRunwaysKeepsTheRunsOfTheOthers)
+{
+    write_apt("1 10 0 0 AAAA first\n10 33 -118 9 x 90 100 50 1111111\n"
+              "1 10 0 0 BBBB no runway\n"
+              "1 10 0 0 CCCC third\n10 33 -118 9 x 90 100 50 1111111\n");
+    load_airports();
+    EXPECT_EQ(apt_lo_ind[1], 1);
+    EXPECT_EQ(apt_hi_ind[1], 0);   // an empty run
+    EXPECT_EQ(apt_lo_ind[2], 1);
+    EXPECT_EQ(apt_hi_ind[2], 1);
+    writeout(202);
+    load_airports();
+    EXPECT_EQ(apt_wrl_max, 2);
+    EXPECT_EQ(rwy_wrl_max, 1);
+}
+
+TEST_F(Databases, RunwayAheadOfEveryAirportIsLeftOutWithAWarning)
+{
+    write_apt("10 33 -118 9 x 90 100 50 1111111\n1 10 0 0 AAAA first\n10 33 -118 27 x 270 100 50 1111111\n");
+    load_airports();
+    EXPECT_EQ(rwy_wrl_max, 0);
+    EXPECT_EQ(rwy_num[0], 27);
+    EXPECT_EQ(apt_lo_ind[0], 0);
+    EXPECT_EQ(apt_hi_ind[0], 0);
+    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: A runway line in apt.dat comes before the first airport line.", 0), 0u);
+}
+
+TEST_F(Databases, WritersLeaveTheStreamAtNoDecimals)
+{
+    write_nav("3 33.9 -118.4 185 11360 0 LAX  VOR\n");
+    load_navaids();
+    writeout(203);
+    char path[path_len];
+    C_plus_C(app_path, "after.txt", path);
+    ASSERT_EQ(ouf_open(path, kind_text, 543), 1);
+    ouf << -119.0f << line_end;
+    ouf.close();
+    EXPECT_EQ(read_file("after.txt"), "I\r\n543 version\r\n-119\r\n");
+}
+
+TEST_F(Databases, SaveClearsOnlyItsOwnDirtyFlag)
+{
+    write_apt("");
+    write_nav("");
+    load_airports();
+    load_navaids();
+    msc.apt_dirty = msc.nav_dirty = msc.ter_dirty = 1;
+    writeout(202);
+    EXPECT_EQ(msc.apt_dirty, 0);
+    EXPECT_EQ(msc.nav_dirty, 1);
+    writeout(203);
+    EXPECT_EQ(msc.nav_dirty, 0);
+    EXPECT_EQ(msc.ter_dirty, 1);
+}
+
+TEST_F(Databases, FullAirportTableLoadsAndOneMoreIsFatal)
+{
+    write_apt(airport_lines(apt_cap, 0));
+    load_airports();
+    EXPECT_EQ(apt_wrl_max, apt_cap - 1);
+    write_apt(airport_lines(apt_cap + 1, 0));
+    EXPECT_FATAL_ALERT(load_airports(), "Too many airports in apt.dat file!");
+    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: Too many airports in apt.dat file!   18000, GetLastError=", 0), 0u)
+        << last_log_line();
+}
+
+TEST_F(Databases, FullRunwayTableLoadsAndOneMoreIsFatal)
+{
+    write_apt(airport_lines(1, rwy_cap));
+    load_airports();
+    EXPECT_EQ(rwy_wrl_max, rwy_cap - 1);
+    EXPECT_EQ(apt_hi_ind[0], rwy_cap - 1);
+    write_apt(airport_lines(1, rwy_cap + 1));
+    EXPECT_FATAL_ALERT(load_airports(), "Too many runways in apt.dat file!");
+    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: Too many runways in apt.dat file!   70000, GetLastError=", 0), 0u);
+}
+
+TEST_F(Databases, NavaidLoadStopsAt19997Records)
+{
+    std::string body;
+    for (int v = 0; v < nav_load_cap; v++) body += "3 33.5 -118.5 10 11360 0 VORX NAME\n";
+    write_nav(body);
+    load_navaids();
+    EXPECT_EQ(nav_wrl_max, nav_load_cap - 1);
+    write_nav(body + "3 33.5 -118.5 10 11360 0 VORX NAME\n");
+    EXPECT_FATAL_ALERT(load_navaids(), "Too many navs in nav.dat file!");
+    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: Too many navs in nav.dat file!   19997, GetLastError=", 0), 0u);
+}
+
+TEST_F(Databases, MissingDatabaseIsFatal)
+{
+    EXPECT_FATAL_ALERT(load_airports(), "I am unable to access the airport data file!");
+    std::string line = last_log_line();
+    EXPECT_EQ(line.rfind("MACIBM_alert: I am unable to access the airport data file! The path I am looking at is as follows: " +
+                             root + apt_file + " , GetLastError=",
+                         0),
+              0u)
+        << line;
+    EXPECT_EQ(line.substr(line.size() - 24), ", winerror.h for strings");
+    EXPECT_FATAL_ALERT(load_navaids(), "I am unable to access the nav data file!");
+}
+
+TEST_F(Databases, FileEndingBeforeItsMarkerIsFatal)
+{
+    write_file(apt_file, "I\r\n500 x\r\n1 10 0 0 AAAA name\r\n");
+    EXPECT_FATAL_ALERT(load_airports(), "File-scanning error!");
+    EXPECT_NE(last_log_line().find("file: " + root + apt_file + ", "), std::string::npos);
+    write_file(apt_file, "I\r\n500 x\r\n1 10 0 zero AAAA name\r\n99\r\n");
+    EXPECT_FATAL_ALERT(load_airports(), "File-scanning error!");
+    EXPECT_NE(last_log_line().find("file: scan apt apt_bld, "), std::string::npos);
+}

@@ -1,0 +1,96 @@
+// The start-up steps: the editor's defaults, the unit constants, the flat
+// tile and the cleared tables, and the bundled sample world loading whole.
+#include "app/Utils.h"
+#include "world_fixture.h"
+
+#include <cstdlib>
+
+TEST(Startup, DefaultsOfTheEditor)
+{
+    msc.ter_dirty = 1;
+    msc.ter_tex_name[4][0] = 'x';
+    set_msc_defaults();
+    EXPECT_EQ(msc.screen, 200);
+    EXPECT_FLOAT_EQ(msc.lat, 33);
+    EXPECT_FLOAT_EQ(msc.lon, -119);
+    EXPECT_EQ(msc.sel_row, 29);
+    EXPECT_EQ(msc.sel_col, 39);
+    EXPECT_EQ(msc.obj_tool, 95);
+    EXPECT_FLOAT_EQ(msc.map_zoom, 1);
+    EXPECT_FLOAT_EQ(msc.apt_zoom, 1);
+    EXPECT_EQ(msc.ter_dirty, 0);
+    EXPECT_EQ(msc.ter_tex_name[4][0], 0);
+}
+
+TEST(Startup, UnitConstantsAreFloats)
+{
+    MACIBM_init();
+    EXPECT_EQ(con.ft_to_m, 0.3048f);
+    EXPECT_EQ(con.m_to_ft, 1.0f / 0.3048f);
+    EXPECT_EQ(con.rad_to_deg, 180.0f / 3.1415927f);
+    EXPECT_EQ(con.nm_to_m, 0.3048f * 6076.1155f);
+    EXPECT_EQ(gdone, 0);
+    std::string app(app_path);
+    EXPECT_EQ(app.back(), '/');
+    EXPECT_EQ(std::string(ter_path), app + "additional nav data/custom terrain textures/");
+}
+
+TEST(Startup, PreferenceFolderFollowsTheDesktopConvention)
+{
+    char folder[path_len];
+    setenv("XDG_CONFIG_HOME", "/tmp/cfg", 1);
+    platform_preference_folder(folder);
+    EXPECT_STREQ(folder, "/tmp/cfg/Norvane/");
+    unsetenv("XDG_CONFIG_HOME");
+    setenv("HOME", "/home/author", 1);
+    platform_preference_folder(folder);
+    EXPECT_STREQ(folder, "/home/author/.config/Norvane/");
+}
+
+TEST(Startup, FlatTileAndClearedTables)
+{
+    set_msc_defaults();
+    msc.lat = -12;
+    msc.lon = 140;
+    lay_flat_grid();
+    EXPECT_FLOAT_EQ(planelat[0][0], -12);
+    EXPECT_FLOAT_EQ(planelat[0][79], -11);
+    EXPECT_FLOAT_EQ(planelon[59][0], 141);
+    EXPECT_FLOAT_EQ(planelon[1][0], 140 + 1.0f / 59);
+    EXPECT_EQ(is_water[30][30], 1);
+    nav_type[123] = 4;
+    obj_type[59999] = 2;
+    clear_feature_tables();
+    EXPECT_EQ(nav_type[123], 0);
+    EXPECT_EQ(obj_type[59999], 0);
+    EXPECT_STREQ(obj_name[59999], "?");
+    EXPECT_FLOAT_EQ(obj_hddz[0], 100);
+}
+
+class SampleWorld : public WorldTest {};
+
+TEST_F(SampleWorld, BundledDataLoads)
+{
+    std::string copy = "cp -r '" TF_SOURCE_DIR "/resources/additional nav data' '" + root + "'";
+    ASSERT_EQ(std::system(copy.c_str()), 0);
+    read_terrain();
+    load_airports();
+    load_navaids();
+    EXPECT_GT(apt_wrl_max, 3);
+    EXPECT_GT(rwy_wrl_max, apt_wrl_max);
+    EXPECT_GT(nav_wrl_max, 5);
+    EXPECT_GT(msc.coast_num, 5);
+    for (int a = 0; a <= apt_wrl_max; a++) {
+        EXPECT_LE(apt_lo_ind[a], apt_hi_ind[a]) << apt_id[a];
+        if (a > 0) {
+            EXPECT_EQ(apt_lo_ind[a], apt_hi_ind[a - 1] + 1);
+        }
+    }
+    // Saving the sample unchanged writes the very same bytes.
+    std::string apt_before = read_file("additional nav data/Earth/apt.dat");
+    std::string nav_before = read_file("additional nav data/Earth/nav.dat");
+    writeout(202);
+    writeout(203);
+    EXPECT_EQ(read_file("additional nav data/Earth/apt.dat"), apt_before);
+    EXPECT_EQ(read_file("additional nav data/Earth/nav.dat"), nav_before);
+}
