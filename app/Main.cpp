@@ -182,3 +182,96 @@ int WinMain(void* instance, int show_window)
     MACIBM_finishup();
     return 0;
 }
+
+// ---- zoom, pan and the editing commands ------------------------------------------------
+
+static void zoom_airport_diagram(int command)
+{
+    if (command == cmd_pan_right) msc.apt_dx -= 50;
+    if (command == cmd_pan_left) msc.apt_dx += 50;
+    if (command == cmd_pan_up) msc.apt_dy -= 50;
+    if (command == cmd_pan_down) msc.apt_dy += 50;
+    float factor = 1.0f;
+    if (command == cmd_zoom_in && msc.apt_zoom < 9.3132257f) factor = 1.25f;   // 1.25 to the 10th
+    if (command == cmd_zoom_out && msc.apt_zoom > 1.0f) factor = 0.75f;
+    msc.apt_zoom *= factor;
+    msc.apt_dx *= factor;
+    msc.apt_dy *= factor;
+    msc.apt_dx = fltlim(msc.apt_dx, -2000, 2000);
+    msc.apt_dy = fltlim(msc.apt_dy, -2000, 2000);
+    if (msc.apt_zoom < 1.01f) msc.apt_dx = msc.apt_dy = 0;
+}
+
+// The pan step is a tenth of the visible degree, taken after the zoom changed;
+// zooming moves the view along the diagonal so that it closes in on the tile.
+static void zoom_map(int command)
+{
+    if (command == cmd_zoom_in && msc.map_zoom < 30) {
+        msc.map_zoom *= 1.2f;
+        float step = 0.1f / msc.map_zoom;
+        msc.map_dlon += step;
+        msc.map_dlat += step;
+    }
+    if (command == cmd_zoom_out) {
+        msc.map_zoom /= 1.2f;
+        float step = 0.1f / msc.map_zoom;
+        msc.map_dlon -= step;
+        msc.map_dlat -= step;
+    }
+    float step = 0.1f / msc.map_zoom;
+    if (command == cmd_pan_up) msc.map_dlat += step;
+    if (command == cmd_pan_down) msc.map_dlat -= step;
+    if (command == cmd_pan_left) msc.map_dlon -= step;
+    if (command == cmd_pan_right) msc.map_dlon += step;
+    if (msc.map_zoom < 1) {
+        msc.map_zoom = 1;
+        msc.map_dlat = msc.map_dlon = 0;
+    }
+    msc.map_dlat = fltlim(msc.map_dlat, -0.9999f, 0.9999f);
+    msc.map_dlon = fltlim(msc.map_dlon, -0.9999f, 0.9999f);
+}
+
+void handle_zoom(int command)
+{
+    if (msc.screen == cmd_screen_airports) zoom_airport_diagram(command);
+    if (msc.screen == cmd_screen_terrain || msc.screen == cmd_screen_obstacles) zoom_map(command);
+}
+
+// The level of a water cell whose corners round to three equal heights and
+// one other; -999 when there is none.
+static int water_level(int e1, int e2, int e3, int e4)
+{
+    int a = e1 == e2, b = e2 == e3, c = e3 == e4, d = e4 == e1;
+    if (a && b && !c && !d) return e3;
+    if (a && !b && !c && d) return e2;
+    if (!a && !b && c && d) return e1;
+    if (!a && b && c && !d) return e4;
+    return -999;
+}
+
+// Pulls the odd corner of each water cell to the level of the other three.
+// Later cells see the edits of earlier ones; the tile is not marked changed.
+void flatten_water()
+{
+    for (int i = 0; i < grid_i; i++)
+        for (int j = 0; j < grid_j; j++) {
+            if (!is_water[i][j]) continue;
+            int level = water_level(intround(planey[i][j]), intround(planey[i][j + 1]),
+                                    intround(planey[i + 1][j]), intround(planey[i + 1][j + 1]));
+            if (!(level > -998)) continue;
+            planey[i][j] = planey[i][j + 1] = planey[i + 1][j] = planey[i + 1][j + 1] = (float)level;
+        }
+}
+
+// The terrain tools run 0 to 4; the obstacle tools 0, 96, 95. A value outside
+// its cycle stays as it is.
+void cycle_tool()
+{
+    if (msc.screen == cmd_screen_terrain && intrange(msc.ter_tool, 0, 4))
+        msc.ter_tool = intwrap(msc.ter_tool + 1, 0, 4);
+    if (msc.screen == cmd_screen_obstacles) {
+        if (msc.obj_tool == 0) msc.obj_tool = 96;
+        else if (msc.obj_tool == 96) msc.obj_tool = 95;
+        else if (msc.obj_tool == 95) msc.obj_tool = 0;
+    }
+}

@@ -10,3 +10,17 @@ void clear_feature_tables();
 void load_stock_textures();
 void load_airports();
 void load_navaids();
+
+// Command ids.
+enum {
+    cmd_about = 0,
+    cmd_save_tile = 100, cmd_save_airports = 101, cmd_save_navaids = 102, cmd_quit = 104,
+    cmd_screen_terrain = 200, cmd_screen_obstacles = 201, cmd_screen_airports = 202, cmd_screen_navaids = 203,
+    cmd_pan_up = 300, cmd_pan_down = 301, cmd_pan_left = 302, cmd_pan_right = 303,
+    cmd_zoom_in = 304, cmd_zoom_out = 305,
+    cmd_cycle_tool = 307, cmd_toggle_overlay = 308, cmd_flatten_water = 309,
+};
+
+void handle_zoom(int command);
+void flatten_water();
+void cycle_tool();
