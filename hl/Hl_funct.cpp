@@ -257,19 +257,21 @@ void set_orientation(int i, int j, int orientation, unsigned int tex)
 // ---- packed terrain code of a tile vertex -------------------------------------------------
 
 // Orientation digit of the negative form, from the largest down: 40000 is st_r0.
-static const int digit_value[4] = {40000, 30000, 20000, 10000};
+static const unsigned int digit_value[4] = {40000, 30000, 20000, 10000};
 static const int digit_orientation[4] = {st_r0, st_r1, st_r2, st_r3};
 
 static void decode_negative(int* water, float cell[2][2][2], unsigned int* tex, int code)
 {
-    int rest = -code;
-    if (rest >= 100000) { rest -= 100000; *water = 1; }
+    // The absolute value is taken unsigned: the most negative int a file may
+    // hold has no positive int.
+    unsigned int rest = 0u - (unsigned int)code;
+    if (rest >= 100000u) { rest -= 100000u; *water = 1; }
     for (int d = 0; d < 4; d++)
         if (rest >= digit_value[d]) {
             rest -= digit_value[d];
             store_orientation(cell, digit_orientation[d]);
         }
-    *tex = (unsigned int)rest;
+    *tex = rest;
 }
 
 // The flag form: each flag, from the top bit down, fires when the value is at
