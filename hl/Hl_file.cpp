@@ -8,6 +8,7 @@
 #include <cstring>
 #include <iomanip>
 #include <string>
+#include <sys/stat.h>
 
 std::istringstream inf[2];
 int inf_use;
@@ -331,4 +332,65 @@ void fio_nav_line(int* type, float* lat, float* lon, float* h, int* frq,
     put_float(*hdng, 7, 2);
     ouf << ' ' << std::setw(4) << id << ' ' << name;
     end_record();
+}
+
+// ---- preferences -------------------------------------------------------------------------
+
+const int pref_version = 543;
+
+// The preference folder may not exist yet on a fresh desktop: make every
+// folder of the path before writing.
+static void make_folders_of(const char* path)
+{
+    char folder[path_len];
+    C_to_C(path, folder);
+    for (int k = 1; folder[k]; k++)
+        if (folder[k] == path_sep) {
+            folder[k] = 0;
+            mkdir(folder, 0755);
+            folder[k] = path_sep;
+        }
+}
+
+static void read_editor_prefs(const char* path)
+{
+    msc.lat = fltscan(path);
+    msc.lon = fltscan(path);
+    msc.ter_tool = intscan(path);
+    msc.screen = intscan(path);
+    msc.apt_sel = intscan(path);
+    msc.nav_sel = intscan(path);
+}
+
+// Floats go out with the decimals the stream was left with by an earlier writer.
+static void write_editor_prefs()
+{
+    ouf << msc.lat << line_end << msc.lon << line_end << msc.ter_tool << line_end << msc.screen << line_end
+        << msc.apt_sel << line_end << msc.nav_sel << line_end;
+}
+
+static void read_display_prefs()
+{
+    mnw.scr_x = fltscan("res prefs");
+    mnw.scr_y = fltscan("res prefs");
+    mnw.scr_bits = fltscan("res prefs");
+    fltscan("res prefs");
+}
+
+int handle_prefs(int which, int mode, char* path)
+{
+    if (!intrange(which, 0, 4) || !intrange(mode, 5, 7)) MACIBM_alert("Bad pref arg!", "", "", "", 108);
+    int open = 0;
+    if (mode == 5) open = inf_open(path, kind_text, pref_version, 0);
+    if (mode == 6) {
+        make_folders_of(path);
+        open = ouf_open(path, kind_text, pref_version);
+    }
+    if (!open) return 0;
+    if (which == 0 && mode == 5) read_editor_prefs(path);
+    if (which == 0 && mode == 6) write_editor_prefs();
+    if (which == 2 && mode == 5) read_display_prefs();
+    if (mode == 5) inf_close();
+    if (mode == 6) ouf.close();
+    return 1;
 }

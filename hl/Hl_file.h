@@ -47,3 +47,7 @@ void fio_rwy_line(float* lat, float* lon, int* num, char* lcr, float* hdng,
                   float* len, float* width, int* code, int reading);
 void fio_nav_line(int* type, float* lat, float* lon, float* h, int* frq,
                   float* hdng, char* id, char* name, int reading);
+
+// The preference files: which 0 the editor's, 2 the display mode's; mode 5
+// reads, 6 writes. 1 when the file could be opened.
+int handle_prefs(int which, int mode, char* path);
