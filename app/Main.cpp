@@ -172,6 +172,7 @@ int WinMain(void* instance, int show_window)
     active_windstyle = show_window;
     MACIBM_init();
     set_msc_defaults();
+    handle_prefs(0, 5, gen_path);
     load_stock_textures();
     lay_flat_grid();
     clear_feature_tables();
