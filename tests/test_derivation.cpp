@@ -132,42 +132,6 @@ protected:
 
 }  // namespace
 
-TEST_F(Derivation, OrientationsLandOnTheirCorners)
-{
-    // s,t at SW, NW, NE, SE: the pictures of the stock textures are drawn for these.
-    const float expected[st_count][4][2] = {
-        {{0, 0}, {0, 1}, {1, 1}, {1, 0}},   // st_r0
-        {{1, 0}, {0, 0}, {0, 1}, {1, 1}},   // st_r1
-        {{1, 1}, {1, 0}, {0, 0}, {0, 1}},   // st_r2
-        {{0, 1}, {1, 1}, {1, 0}, {0, 0}},   // st_r3
-        {{0, 1}, {0, 0}, {1, 0}, {1, 1}},   // st_flip_t
-        {{1, 0}, {1, 1}, {0, 1}, {0, 0}},   // st_flip_s
-        {{0, 0}, {1, 0}, {1, 1}, {0, 1}},   // st_swap
-    };
-    const int corner_di[4] = {0, 0, 1, 1};
-    const int corner_dj[4] = {0, 1, 1, 0};
-    for (int o = 0; o < st_count; o++) {
-        set_orientation(5, 6, o, 77);
-        EXPECT_EQ(planetex[5][6], 77u);
-        for (int c = 0; c < 4; c++)
-            for (int k = 0; k < 2; k++)
-                EXPECT_EQ(planest[5][6][corner_di[c]][corner_dj[c]][k], expected[o][c][k])
-                    << orientation_names[o] << " corner " << c << (k ? " t" : " s");
-    }
-
-    // set_st takes the corners SW, NW, NE, SE, all s first, then all t.
-    set_st(7, 8, 1, 2, 3, 4, 5, 6, 7, 8, 2003);
-    EXPECT_EQ(planetex[7][8], 2003u);
-    EXPECT_EQ(planest[7][8][0][0][0], 1);
-    EXPECT_EQ(planest[7][8][0][1][0], 2);
-    EXPECT_EQ(planest[7][8][1][1][0], 3);
-    EXPECT_EQ(planest[7][8][1][0][0], 4);
-    EXPECT_EQ(planest[7][8][0][0][1], 5);
-    EXPECT_EQ(planest[7][8][0][1][1], 6);
-    EXPECT_EQ(planest[7][8][1][1][1], 7);
-    EXPECT_EQ(planest[7][8][1][0][1], 8);
-}
-
 TEST_F(Derivation, PlainTilesGetPlainTextures)
 {
     // The entries of the last vertex row and column belong to no cell.
@@ -476,38 +440,4 @@ TEST_F(Derivation, ResultDependsOnlyOnTheUsersData)
     derive();
     EXPECT_EQ(std::memcmp(first_tex, planetex, sizeof planetex), 0);
     EXPECT_EQ(std::memcmp(first_st, planest, sizeof planest), 0);
-}
-
-TEST_F(Derivation, WaterCellDependsOnlyOnItsNeighbours)
-{
-    // On a flat tile a water cell's texture follows from the water flags of
-    // the cell and its eight neighbours alone, whatever order the cells are
-    // visited in. Each cell of a random coast is checked against a tile that
-    // holds only its own neighbourhood, in open water.
-    std::mt19937 rng(77);
-    std::uniform_int_distribution<int> coin(0, 1);
-    static int coast_water[grid_ni][grid_nj];
-    for (int i = 0; i < grid_ni; i++)
-        for (int j = 0; j < grid_nj; j++) coast_water[i][j] = is_water[i][j] = coin(rng);
-    derive();
-    static unsigned int full_tex[grid_ni][grid_nj];
-    static float full_st[grid_ni][grid_nj][2][2][2];
-    std::memcpy(full_tex, planetex, sizeof planetex);
-    std::memcpy(full_st, planest, sizeof planest);
-
-    int checked = 0;
-    for (int i = 0; i < grid_i; i += 3)
-        for (int j = 0; j < grid_j; j += 2) {
-            if (!coast_water[i][j]) continue;
-            lay_tile(1);
-            for (int p = i - 1; p <= i + 1; p++)
-                for (int q = j - 1; q <= j + 1; q++)
-                    if (p >= 0 && p < grid_i && q >= 0 && q < grid_j) is_water[p][q] = coast_water[p][q];
-            derive();
-            EXPECT_EQ(planetex[i][j], full_tex[i][j]) << "cell " << i << ", " << j;
-            EXPECT_EQ(std::memcmp(planest[i][j], full_st[i][j], sizeof planest[i][j]), 0)
-                << "cell " << i << ", " << j;
-            checked++;
-        }
-    EXPECT_GT(checked, 200);
 }
