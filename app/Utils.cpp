@@ -119,13 +119,18 @@ static void lay_blank_vertices()
 }
 
 // Obstacle records from slot 0 upward, up to the end marker 99, which stays
-// in its slot. More than 60000 records wrap to slot 0.
+// in its slot. More than 60000 records wrap to slot 0. When a tile fills the
+// table exactly, the marker is not stored: in slot 0 it would overwrite the
+// tile's first obstacle.
 static void read_obstacles(const char* path)
 {
     int n = 0;
+    int filled = 0;
     for (;;) {
-        obj_type[n] = intscan(path);
-        if (obj_type[n] == 99) break;
+        int kind = intscan(path);
+        if (kind == 99 && filled) break;
+        obj_type[n] = kind;
+        if (kind == 99) break;
         if (intrange(obj_type[n], 1, 6) || obj_type[n] == 8) {
             obj_lat[n] = fltscan(path);
             obj_lon[n] = fltscan(path);
@@ -140,6 +145,7 @@ static void read_obstacles(const char* path)
             terminate_raw_name(obj_name[n]);
         }
         n = intwrap(n + 1, 0, obj_cap - 1);
+        filled = filled || n == 0;
     }
 }
 

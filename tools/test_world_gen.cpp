@@ -213,9 +213,9 @@ TEST_F(WorldGen, SavingTheLoadedDatabasesGivesTheFilesBackByteForByte)
     }
 }
 
-// A full obstacle table fills every slot of the file's list, so the end marker
-// wraps onto slot 0 at reading and takes the place of the first obstacle.
-TEST_F(WorldGen, TileReadsBackWithItsGridAndAllButTheFirstObstacle)
+// A full obstacle table fills every slot; the end marker must not take the
+// place of the first obstacle.
+TEST_F(WorldGen, TileReadsBackWithItsGridAndAllItsObstacles)
 {
     static float lat[obj_cap], lon[obj_cap], hddz[obj_cap];
     static int kind[obj_cap];
@@ -238,8 +238,7 @@ TEST_F(WorldGen, TileReadsBackWithItsGridAndAllButTheFirstObstacle)
     EXPECT_EQ(std::memcmp(y, planey, sizeof y), 0);
     EXPECT_EQ(std::memcmp(water, is_water, sizeof water), 0);
     EXPECT_EQ(std::memcmp(tex, planetex, sizeof tex), 0);
-    EXPECT_EQ(obj_type[0], 99);
-    for (int n = 1; n < obj_cap; n++) {
+    for (int n = 0; n < obj_cap; n++) {
         ASSERT_EQ(obj_type[n], kind[n]) << "slot " << n;
         ASSERT_EQ(obj_lat[n], lat[n]) << "slot " << n;
         ASSERT_EQ(obj_lon[n], lon[n]) << "slot " << n;

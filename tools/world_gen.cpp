@@ -441,9 +441,8 @@ static int obstacles_in_open_tile()
     return count;
 }
 
-// A full table of records fills every slot; the end marker then wraps onto
-// slot 0 and takes the place of the first record.
-const int obstacles_kept_of_full_table = gen_obstacle_count - 1;
+// A full table of records fills every slot, and every record is kept.
+const int obstacles_kept_of_full_table = gen_obstacle_count;
 
 int gen_check_world(const char* root, char* message, int message_len)
 {
@@ -461,7 +460,7 @@ int gen_check_world(const char* root, char* message, int message_len)
                   apt_wrl_max, rwy_wrl_max, nav_wrl_max, obstacles, obj_type[0]);
     return apt_wrl_max == gen_airport_count - 1 && rwy_wrl_max == gen_runway_count - 1 &&
            nav_wrl_max == gen_navaid_count - 1 && runway_runs_are_contiguous() &&
-           obstacles == obstacles_kept_of_full_table && obj_type[0] == 99;
+           obstacles == obstacles_kept_of_full_table;
 }
 
 // ---- guard against a silent end ---------------------------------------------------------------------
