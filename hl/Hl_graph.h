@@ -1,5 +1,72 @@
 // The drawing layer: drawing state, primitives, text, pictures and the panel.
+// Every primitive has two targets: OpenGL, or, while to_array is set, the
+// 800 by 600 pixel buffer rgb_array from which the background panel is made.
 #pragma once
+
+// ---- the canvas and its buffers ----------------------------------------------------
+const int canvas_w = 800;
+const int canvas_h = 600;
+const int rgb_page_w = 801;            // the page of rgb_array that a clear covers
+const int rgb_page_h = 601;
+const int rgb_page_bytes = rgb_page_w * rgb_page_h * 4;
+const int sub_tile = 128;              // one tile of the panel, 128 by 128 texels
+
+// Rows of 800 pixels, R G B A, pixel (x, y) at (y * 800 + x) * 4, row 0 at the bottom.
+extern unsigned char rgb_array[rgb_page_bytes];
+extern unsigned char sub_array[sub_tile * sub_tile * 4];
+extern int to_array;                   // non-zero: primitives draw into rgb_array
+extern int use_blend;                  // 0 at a display of 800 by 600, else 1
+
+// ---- colours -----------------------------------------------------------------------------
+const int col_count = 100;             // 0 to 89 in use, 55 to 60 pulse each frame
+extern float col_rgb[col_count][3];
+extern unsigned char current_rgb[3];   // the colour BUF_point writes
+extern float r_manual_lighting, g_manual_lighting, b_manual_lighting;
+extern float rgb_gload;
+
+// Colour numbers with a fixed use.
+const int col_black = 30;
+const int col_light_edge = 6;
+const int col_dark_edge = 22;
+const int col_frame = 18;
+const int col_lights_off = 61;
+
+// ---- OGL_setstate codes: on / off for each switch --------------------------------------
+enum {
+    sw_fog_on = 0, sw_fog_off = 1,
+    sw_tex_on = 2, sw_tex_off = 3,
+    sw_light_on = 4, sw_light_off = 5,
+    sw_alpha_on = 6, sw_alpha_off = 7,
+    sw_blend_on = 8, sw_blend_off = 9,
+    sw_depth_on = 10, sw_depth_off = 11,
+    sw_dwrite_on = 12, sw_dwrite_off = 13,
+};
+
+void OGL_setstate(int fog, int texture, int lighting, int alpha_test, int blend,
+                  int depth_test, int depth_write);
+void OGL_viewport(int mode, float left, float bottom, float right, float top,
+                  float vx1, float vy1, float vx2, float vy2,
+                  float znear, float zfar, float zoom);
+void OGL_bindtex(int id);
+void OGL_setcolorINDEX(int col, float alpha);
+void OGL_setcolorRGBA(float r, float g, float b, float alpha, int skip_lighting);
+void OGL_assigncolor(int col, float r, float g, float b);
+void OGL_assign_colortable();          // every fixed entry; the pulsing ones stay as they are
+void OGL_scissors(float x, float y, float w, float h);
+void OGL_scissors_end();
+void OGL_sbuf();
+
+// ---- primitives, window-relative -------------------------------------------------------------
+void OGL_line(int col, float x1, float y1, float x2, float y2);
+void OGL_fillrect(int col, float x, float y, float w, float h);
+void OGL_framerect(int col, float x, float y, float w, float h);
+void OGL_2dquad(int tex, int col, float alpha,
+                float x1, float y1, float s1, float t1,
+                float x2, float y2, float s2, float t2,
+                float x3, float y3, float s3, float t3,
+                float x4, float y4, float s4, float t4,
+                int tex_code, int alpha_code, int blend_code);
+void BUF_point(int x, int y);
 
 // Reads one uncompressed 24-bit BMP (name without extension, colon-separated
 // resource path) into a texture (mode -100) or into the panel buffer (-101).

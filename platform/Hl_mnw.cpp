@@ -3,11 +3,17 @@
 #include "hl/Hl_funct.h"
 #include "hl/Hl_file.h"
 #include "hl/Hl_types.h"
+#include "hl/Hl_graph.h"
+
+#include <SDL2/SDL.h>
+#include <GL/gl.h>
 
 #include <cerrno>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -63,7 +69,7 @@ static void build_paths()
 }
 
 // The unit constants, each at float precision and in this order.
-static void fill_constants()
+void fill_constants()
 {
     const float pi = 3.1415927f;
     con.ft_to_m = 0.3048f;
@@ -80,20 +86,289 @@ static void open_error_log()
     err.open("Error.out", std::ios::out | std::ios::trunc);
 }
 
+// ---- display modes --------------------------------------------------------------------
+
+struct display_mode {
+    int w, h, bits;
+};
+
+// A mode serves a target of the same size with at least the bits asked for:
+// displays no longer offer 16 bits, and more is never worse.
+static int mode_serves(const display_mode& m, const display_mode& target)
+{
+    return m.w == target.w && m.h == target.h && m.bits >= target.bits;
+}
+
+static display_mode mode_of(const SDL_DisplayMode& dm)
+{
+    display_mode m = {dm.w, dm.h, (int)SDL_BITSPERPIXEL(dm.format)};
+    return m;
+}
+
+static int read_mode(int desktop, display_mode* m)
+{
+    SDL_DisplayMode dm;
+    if (!SDL_WasInit(SDL_INIT_VIDEO)) return 0;
+    int failed = desktop ? SDL_GetDesktopDisplayMode(0, &dm) : SDL_GetCurrentDisplayMode(0, &dm);
+    if (failed) return 0;
+    *m = mode_of(dm);
+    return 1;
+}
+
+// A switched mode is a fullscreen window in that mode; the desktop mode is the
+// window as it is. Before the window exists the choice waits for it.
+static SDL_DisplayMode switched_mode;
+static int mode_switched;
+
+static int apply_display_mode()
+{
+    SDL_Window* win = (SDL_Window*)mnw.hwnd;
+    if (!win) return 1;
+    if (!mode_switched) return SDL_SetWindowFullscreen(win, 0) == 0;
+    if (SDL_SetWindowDisplayMode(win, &switched_mode) != 0) return 0;
+    return SDL_SetWindowFullscreen(win, SDL_WINDOW_FULLSCREEN) == 0;
+}
+
+static int switch_display_mode(const display_mode& target)
+{
+    display_mode desktop;
+    if (read_mode(1, &desktop) && mode_serves(desktop, target)) {
+        mode_switched = 0;
+        return apply_display_mode();
+    }
+    int count = SDL_GetNumDisplayModes(0);
+    for (int k = 0; k < count; k++) {
+        SDL_DisplayMode dm;
+        if (SDL_GetDisplayMode(0, k, &dm) != 0 || !mode_serves(mode_of(dm), target)) continue;
+        switched_mode = dm;
+        mode_switched = 1;
+        return apply_display_mode();
+    }
+    return 0;
+}
+
+int MACIBM_setres(int set)
+{
+    static int have_first = 0;
+    static display_mode first;
+    display_mode now;
+    if (!read_mode(0, &now)) return 0;
+    if (!have_first) {
+        first = now;
+        have_first = 1;
+    }
+    display_mode target = first;
+    if (set) target = {(int)mnw.scr_x, (int)mnw.scr_y, (int)mnw.scr_bits};
+    if (mode_serves(now, target)) return 1;
+    return switch_display_mode(target);
+}
+
+static void choose_display_mode()
+{
+    const char* failed = "I could not set the resolution to the requested resolution to run Norvane!";
+    mnw.scr_x = 800;
+    mnw.scr_y = 600;
+    mnw.scr_bits = 16;
+    handle_prefs(2, 5, res_path);   // when the display preference file exists it decides
+    if (MACIBM_setres(1)) return;
+    MACIBM_alert(failed, "I will try 800 by 600, 16-bit color now.", "", "", alert_warning);
+    mnw.scr_x = 800;
+    mnw.scr_y = 600;
+    mnw.scr_bits = 16;
+    if (MACIBM_setres(1)) return;
+    MACIBM_alert(failed, "Set your machine to 800 by 600, 16-bit color to run Norvane.", "", "",
+                 alert_fatal);
+}
+
+void MACIBM_set_scale()
+{
+    mnw.scale_x = mnw.scr_x * 0.00125f;
+    mnw.scale_y = mnw.scr_y * (1.0f / 600.0f);
+    int canvas_size = std::fabs(mnw.scr_x - 800.0f) <= 0.5f && std::fabs(mnw.scr_y - 600.0f) <= 0.5f;
+    use_blend = canvas_size ? 0 : 1;
+}
+
+// ---- the window and its OpenGL context ----------------------------------------------------
+
+void* active_dc;
+int is_3dfx;
+
+// The platform's own word on the last failure, cut to fit an alert line.
+static const char* sdl_error_line()
+{
+    static char line[400];
+    std::snprintf(line, sizeof line, "%s", SDL_GetError());
+    return line;
+}
+
+static SDL_GLContext gl_context;
+
+int platform_video_up()
+{
+    if (SDL_WasInit(SDL_INIT_VIDEO)) return 1;
+    // A fullscreen window must stay up when another program takes the focus.
+    SDL_SetHint(SDL_HINT_VIDEO_MINIMIZE_ON_FOCUS_LOSS, "0");
+    if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) return 0;
+    // With no display SDL falls back on drivers that show nothing: no use here.
+    const char* driver = SDL_GetCurrentVideoDriver();
+    if (driver && (std::strcmp(driver, "offscreen") == 0 || std::strcmp(driver, "dummy") == 0)) {
+        SDL_QuitSubSystem(SDL_INIT_VIDEO);
+        SDL_SetError("No display was found to show the window on.");
+        return 0;
+    }
+    return 1;
+}
+
+// Colour sizes at least those of the display depth: 5 6 5 for 16 bits, 8 8 8 from 24.
+static void set_gl_attributes(int depth_bits)
+{
+    int bits = (int)mnw.scr_bits;
+    int red = intlim(bits / 3, 1, 8);
+    int green = intlim(bits - 2 * red, 1, 8);
+    SDL_GL_SetAttribute(SDL_GL_RED_SIZE, red);
+    SDL_GL_SetAttribute(SDL_GL_GREEN_SIZE, green);
+    SDL_GL_SetAttribute(SDL_GL_BLUE_SIZE, red);
+    SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
+    SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, depth_bits);
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_COMPATIBILITY);
+}
+
+// The depth buffer is asked for at 32 bits, else the closest that is offered.
+static void create_window()
+{
+    const int depths[4] = {32, 24, 16, 0};
+    const Uint32 flags = SDL_WINDOW_OPENGL | SDL_WINDOW_BORDERLESS | SDL_WINDOW_HIDDEN;
+    SDL_Window* win = nullptr;
+    for (int k = 0; k < 4 && !win; k++) {
+        set_gl_attributes(depths[k]);
+        win = SDL_CreateWindow("Norsuite", 0, 0, (int)mnw.scr_x, (int)mnw.scr_y, flags);
+    }
+    if (!win) MACIBM_alert("Can't create window!", sdl_error_line(), "", "", alert_fatal);
+    mnw.hwnd = win;
+}
+
+static void show_window_and_make_context()
+{
+    SDL_Window* win = (SDL_Window*)mnw.hwnd;
+    apply_display_mode();
+    if (active_windstyle != 0) SDL_ShowWindow(win);
+    active_dc = win;
+    gl_context = SDL_GL_CreateContext(win);
+    if (!gl_context)
+        MACIBM_alert("Can't choose pixel format!",
+                     "This almost certainly means that you do not have the machine in 16-bit color, like you need to.",
+                     "To set 16-bit color, first close this dialog box. Then right-mouse-click on your desktop.",
+                     "Select 'Properties' from the resulting menu, select 'Settings' from the resulting window, and select 16-bit color.",
+                     alert_fatal);
+    if (SDL_GL_MakeCurrent(win, gl_context) != 0)
+        MACIBM_alert("SetPixelFormat failed.", sdl_error_line(), "", "", alert_fatal);
+    SDL_GL_SetSwapInterval(1);   // frames come as fast as the display takes them
+    SDL_StopTextInput();         // keys come as key codes only
+}
+
+int renderer_is_3dfx(const char* name)
+{
+    return std::strncmp(name, "3Dfx", 4) == 0 || std::strncmp(name, "3dfx", 4) == 0 ||
+           std::strncmp(name, "Mesa", 4) == 0;
+}
+
+int renderer_is_generic(const char* name) { return std::strcmp(name, "GENERIC") == 0; }
+
+static void check_renderer()
+{
+    const char* name = (const char*)glGetString(GL_RENDERER);
+    if (!name) name = "";
+    if (renderer_is_generic(name))
+        MACIBM_alert("I can not find a 3-D accelerator card that can handle OpenGL that has correctly installed drivers.",
+                     "I will still let you run the simulator, but the frame rate will NOT allow for a good simulation.",
+                     "For you to fly realistically, you must use Norvane version Basic, or get a 3-D accelerator card that can handle OpenGL.",
+                     "The Norvane web site lists the 3-D cards that are known to work well.",
+                     alert_warning);
+    is_3dfx = renderer_is_3dfx(name);
+}
+
+static void set_fixed_gl_state()
+{
+    const GLfloat no_ambient[4] = {0, 0, 0, 0};
+    glLightModelfv(GL_LIGHT_MODEL_AMBIENT, no_ambient);
+    glDisable(GL_INDEX_LOGIC_OP);
+    glDisable(GL_STENCIL_TEST);
+    glDisable(GL_TEXTURE_1D);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glFrontFace(GL_CW);
+    glEnable(GL_CULL_FACE);
+    glCullFace(GL_BACK);
+    glShadeModel(GL_SMOOTH);
+    glEnable(GL_DITHER);
+    glDisable(GL_NORMALIZE);
+    glDisable(GL_COLOR_MATERIAL);
+    glDisable(GL_SCISSOR_TEST);
+    glAlphaFunc(GL_GREATER, 0.0f);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glFogi(GL_FOG_MODE, GL_LINEAR);
+    glHint(GL_FOG_HINT, GL_FASTEST);
+}
+
+// The window starts black, as under a black background brush; after this the
+// frame buffer is never cleared.
+static void start_black()
+{
+    glClearColor(0, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    platform_swap(active_dc);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+}
+
+void platform_swap(void* dc)
+{
+    if (dc) SDL_GL_SwapWindow((SDL_Window*)dc);
+}
+
+static void release_window()
+{
+    if (gl_context) SDL_GL_DeleteContext(gl_context);
+    gl_context = nullptr;
+    if (mnw.hwnd) SDL_DestroyWindow((SDL_Window*)mnw.hwnd);
+    mnw.hwnd = nullptr;
+    active_dc = nullptr;
+    ogl_ready = 0;
+    if (SDL_WasInit(SDL_INIT_VIDEO)) SDL_Quit();
+}
+
+// ---- start and end --------------------------------------------------------------------
+
 void MACIBM_init()
 {
+    if (!platform_video_up())
+        MACIBM_alert("Can't create window!", sdl_error_line(), "", "", alert_fatal);
     std::memset(&mnw, 0, sizeof mnw);
     std::memset(&con, 0, sizeof con);
     open_error_log();
     inf_use = 0;
     build_paths();
     fill_constants();
+    OGL_assign_colortable();
+    choose_display_mode();
+    MACIBM_set_scale();
+    create_window();
+    show_window_and_make_context();
+    check_renderer();
+    set_fixed_gl_state();
+    start_black();
+    OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
+    ogl_ready = 1;
+    // The interface textures (OGL_texbmp ids 156, 128, 154, 155) are loaded here.
+    // MACIBM_read_menus("Tile-Forger.txt") joins here.
     gdone = 0;
+    // MACIBM_startwind(-1) joins here: it bakes the splash into the background.
 }
 
 void MACIBM_finishup()
 {
+    MACIBM_setres(0);
     if (err.is_open()) err.close();
+    release_window();
 }
 
 // ---- alerts ---------------------------------------------------------------------------
@@ -121,6 +396,18 @@ static void show_without_window()
     std::fflush(stderr);
 }
 
+// Before the system can draw its own alert: the platform's message box, or
+// standard error when no display is up to show one.
+static void show_message_box()
+{
+    char text[4 * 500 + 8];
+    std::snprintf(text, sizeof text, "%s\n\n%s\n\n%s\n\n%s", g_cs1, g_cs2, g_cs3, g_cs4);
+    if (SDL_WasInit(SDL_INIT_VIDEO) &&
+        SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_INFORMATION, "Norsuite Message", text, nullptr) == 0)
+        return;
+    show_without_window();
+}
+
 void MACIBM_alert(const char* line1, const char* line2, const char* line3,
                   const void* line4, int kind)
 {
@@ -141,7 +428,8 @@ void MACIBM_alert(const char* line1, const char* line2, const char* line3,
         C_to_C(about_lines[2], g_cs3);
         C_to_C(about_lines[3], g_cs4);
     }
-    show_without_window();
+    if (!ogl_ready) show_message_box();
+    else show_without_window();   // the alert window (996) and its frame loop join here
     if (kind == alert_fatal || kind == alert_fatal_number) {
         gdone = 1;
         MACIBM_finishup();
@@ -159,6 +447,323 @@ void MACIBM_showinit(int advance)
 void* active_inst;
 int active_windstyle;
 
-// Until the window and the frame pump exist there are no frames to run:
-// the run ends after its start-up.
-void MACIBM_event_proc() { gdone = 1; }
+
+// The bevel of a button: left and top edges in one colour, right and bottom in
+// the other. Light over dark reads as raised, dark over light as pressed.
+void MACIBM_button(float x1, float y1, float x2, float y2, int raised)
+{
+    int first = raised ? col_light_edge : col_dark_edge;
+    int second = raised ? col_dark_edge : col_light_edge;
+    OGL_line(first, x1, y1, x1, y2);
+    OGL_line(first, x1, y2, x2, y2);
+    OGL_line(second, x2, y2, x2, y1);
+    OGL_line(second, x2, y1, x1, y1);
+}
+
+// ---- the window procedure ------------------------------------------------------------------
+
+// Mouse coordinates leave the message as x and y of 16 bits each, unsigned.
+static long pack_point(int x, int y) { return (long)(((unsigned long)(y & 0xFFFF) << 16) | (unsigned long)(x & 0xFFFF)); }
+
+// The mouse on the canvas, relative to the current window's origin, y upward.
+static void mouse_moved(long lparam)
+{
+    float x = (float)((unsigned long)lparam & 0xFFFF);
+    float y = (float)(((unsigned long)lparam >> 16) & 0xFFFF);
+    mnw.mouse_x = x / mnw.scale_x - mnw.win_x;
+    mnw.mouse_y = (mnw.scr_y - y) / mnw.scale_y - mnw.win_y;
+}
+
+static void paint()
+{
+    void* kept = active_dc;
+    active_dc = mnw.hwnd;   // the paint bracket's target is the window itself here
+    // MACIBM_startwind(mnw.win_id) joins here: it bakes the current window's background.
+    active_dc = kept;
+    have_done_first_update = 1;
+}
+
+long IBM_handlewin(void* hwnd, unsigned int msg, unsigned long wparam, long lparam)
+{
+    (void)hwnd;
+    switch (msg) {
+    case msg_keydown:
+        // MACIBM_handlekey((int)wparam) joins here.
+        (void)wparam;
+        break;
+    case msg_mousemove:
+        mouse_moved(lparam);
+        break;
+    case msg_lbuttondown:
+    case msg_rbuttondown:
+        mnw.mouse_click = 1;
+        mnw.mouse_down = 1;
+        // MACIBM_handleclick() joins here: a click on a menu title or item.
+        break;
+    case msg_lbuttonup:
+    case msg_rbuttonup:
+        mnw.mouse_down = 0;
+        mnw.mouse_repeat = 0;
+        break;
+    case msg_paint:
+        paint();
+        break;
+    case msg_destroy:
+        // MACIBM_startwind(0) joins here.
+        break;
+    }
+    return 0;
+}
+
+// ---- platform events as messages ------------------------------------------------------------
+
+// Virtual-key codes of the keys that have one beyond letters, digits, F-keys and the keypad.
+static const int key_codes[][2] = {
+    {SDLK_LEFT, 0x25}, {SDLK_UP, 0x26}, {SDLK_RIGHT, 0x27}, {SDLK_DOWN, 0x28},
+    {SDLK_RETURN, 0x0D}, {SDLK_KP_ENTER, 0x0D}, {SDLK_BACKSPACE, 0x08},
+    {SDLK_LSHIFT, 0x10}, {SDLK_RSHIFT, 0x10}, {SDLK_LCTRL, 0x11}, {SDLK_RCTRL, 0x11},
+    {SDLK_LALT, 0x12}, {SDLK_RALT, 0x12}, {SDLK_PAUSE, 0x13}, {SDLK_CAPSLOCK, 0x14},
+    {SDLK_TAB, 0x09}, {SDLK_ESCAPE, 0x1B}, {SDLK_SPACE, 0x20},
+    {SDLK_PAGEUP, 0x21}, {SDLK_PAGEDOWN, 0x22}, {SDLK_END, 0x23}, {SDLK_HOME, 0x24},
+    {SDLK_PRINTSCREEN, 0x2C}, {SDLK_INSERT, 0x2D}, {SDLK_DELETE, 0x2E},
+    {SDLK_LGUI, 0x5B}, {SDLK_RGUI, 0x5C}, {SDLK_APPLICATION, 0x5D},
+    {SDLK_KP_0, 0x60}, {SDLK_KP_MULTIPLY, 0x6A}, {SDLK_KP_PLUS, 0x6B}, {SDLK_KP_MINUS, 0x6D},
+    {SDLK_KP_PERIOD, 0x6E}, {SDLK_KP_DIVIDE, 0x6F}, {SDLK_NUMLOCKCLEAR, 0x90}, {SDLK_SCROLLLOCK, 0x91},
+    {SDLK_SEMICOLON, 0xBA}, {SDLK_EQUALS, 0xBB}, {SDLK_COMMA, 0xBC}, {SDLK_MINUS, 0xBD},
+    {SDLK_PERIOD, 0xBE}, {SDLK_SLASH, 0xBF}, {SDLK_BACKQUOTE, 0xC0},
+    {SDLK_LEFTBRACKET, 0xDB}, {SDLK_BACKSLASH, 0xDC}, {SDLK_RIGHTBRACKET, 0xDD}, {SDLK_QUOTE, 0xDE},
+};
+
+int platform_key_code(int key)
+{
+    if (key >= SDLK_a && key <= SDLK_z) return 0x41 + (key - SDLK_a);
+    if (key >= SDLK_0 && key <= SDLK_9) return 0x30 + (key - SDLK_0);
+    if (key >= SDLK_F1 && key <= SDLK_F12) return 0x70 + (key - SDLK_F1);
+    if (key >= SDLK_KP_1 && key <= SDLK_KP_9) return 0x61 + (key - SDLK_KP_1);
+    for (const auto& pair : key_codes)
+        if (pair[0] == key) return pair[1];
+    return 0;
+}
+
+int platform_shift_down() { return (SDL_GetModState() & KMOD_SHIFT) ? 1 : 0; }
+
+// A close from outside (the window manager's close button, an end signal).
+static void close_from_outside()
+{
+    // Command 104 joins here, so that the user gets the save prompts; it sets gdone itself.
+    gdone = 1;
+}
+
+static void mouse_button(const SDL_MouseButtonEvent& b, int down)
+{
+    unsigned int msg = 0;
+    if (b.button == SDL_BUTTON_LEFT) msg = down ? msg_lbuttondown : msg_lbuttonup;
+    if (b.button == SDL_BUTTON_RIGHT) msg = down ? msg_rbuttondown : msg_rbuttonup;
+    if (msg) IBM_handlewin(mnw.hwnd, msg, 0, pack_point(b.x, b.y));
+}
+
+static void dispatch_event(const SDL_Event& e, int* paint_due)
+{
+    switch (e.type) {
+    case SDL_QUIT:
+        close_from_outside();
+        break;
+    case SDL_WINDOWEVENT:
+        if (e.window.event == SDL_WINDOWEVENT_EXPOSED || e.window.event == SDL_WINDOWEVENT_SHOWN)
+            *paint_due = 1;
+        break;
+    case SDL_MOUSEMOTION:
+        IBM_handlewin(mnw.hwnd, msg_mousemove, 0, pack_point(e.motion.x, e.motion.y));
+        break;
+    case SDL_MOUSEBUTTONDOWN:
+        mouse_button(e.button, 1);
+        break;
+    case SDL_MOUSEBUTTONUP:
+        mouse_button(e.button, 0);
+        break;
+    case SDL_KEYDOWN: {
+        int code = platform_key_code(e.key.keysym.sym);
+        if (code) IBM_handlewin(mnw.hwnd, msg_keydown, (unsigned long)code, 0);
+        break;
+    }
+    }
+}
+
+// Paint notices that come together make one paint message, after the others.
+void platform_take_messages()
+{
+    if (!SDL_WasInit(SDL_INIT_VIDEO)) return;
+    int paint_due = 0;
+    SDL_Event e;
+    while (SDL_PollEvent(&e)) dispatch_event(e, &paint_due);
+    if (paint_due) IBM_handlewin(mnw.hwnd, msg_paint, 0, 0);
+}
+
+// ---- the frame pump --------------------------------------------------------------------------
+
+int return_hit;
+int have_done_first_update;
+
+long long platform_monotonic_ms()
+{
+    timespec ts;
+    clock_gettime(CLOCK_MONOTONIC, &ts);
+    return (long long)ts.tv_sec * 1000 + ts.tv_nsec / 1000000;
+}
+
+long long (*platform_clock_ms)() = platform_monotonic_ms;
+
+// What the pump keeps between frames.
+struct pump_memory {
+    int started;
+    long long start_ms;
+    int frame_count;
+    float time_of_frame5;
+    float last_mouse_x, last_mouse_y;
+    float last_move;     // time of the last mouse move or click
+    float last_click;
+    float last_pulse;    // time of the last auto-repeat pulse
+};
+
+static const pump_memory fresh_pump = {0, 0, 0, 0.0f, 999.0f, 999.0f, 0.0f, 0.0f, 0.0f};
+static pump_memory pump = fresh_pump;
+
+void MACIBM_restart_pump() { pump = fresh_pump; }
+
+static void update_clock()
+{
+    long long now = platform_clock_ms();
+    if (!pump.started) {
+        pump.start_ms = now;
+        pump.started = 1;
+    }
+    mnw.time = (float)(now - pump.start_ms) * 0.001f;
+}
+
+// Once in a run: frames 5 and 6 more than a second apart mean no 3-D card.
+static void watch_frame_rate()
+{
+    if (pump.frame_count > 6) return;
+    pump.frame_count++;
+    if (pump.frame_count == 5) pump.time_of_frame5 = mnw.time;
+    if (pump.frame_count == 6 && mnw.time - pump.time_of_frame5 > 1.0f)
+        MACIBM_alert("I am detecting extremely low frame-rate!",
+                     "This may indicate that you do not have a 3-D card with OpenGL capability!",
+                     "If you do have a 3-D card with OpenGL capability, then it might not have OpenGL drivers installed!",
+                     "The Norvane web site has information on 3-D cards that run Norvane well.",
+                     alert_warning);
+}
+
+static void track_mouse_rest()
+{
+    int moved = std::fabs(mnw.mouse_x - pump.last_mouse_x) > 1.0f ||
+                std::fabs(mnw.mouse_y - pump.last_mouse_y) > 1.0f;
+    if (moved || mnw.mouse_click) pump.last_move = mnw.time;
+    if (mnw.mouse_click) pump.last_click = mnw.time;
+    pump.last_mouse_x = mnw.mouse_x;
+    pump.last_mouse_y = mnw.mouse_y;
+    mnw.tip[0] = 0;
+}
+
+// A held button pulses mnw.mouse_click five times a second after half a second.
+static void auto_repeat()
+{
+    if (mnw.mouse_down) mnw.mouse_repeat = mnw.time - pump.last_click > 0.5f ? 1 : 0;
+    if (mnw.mouse_repeat && mnw.time > pump.last_pulse + 0.2f) {
+        pump.last_pulse = mnw.time;
+        mnw.mouse_click = 1;
+    }
+}
+
+static void pulse_colours()
+{
+    float t = mnw.time;
+    float s1 = std::sin(10.0f * t) * 0.2f + 0.8f;
+    float s2 = std::sin(25.0f * t) * 0.3f + 0.7f;
+    float s3 = std::sin(10.0f * t) * 0.4f + 0.6f;
+    OGL_assigncolor(55, 0.2f * s1, s1, 0.2f * s1);
+    OGL_assigncolor(56, 0.2f * s2, s2, 0.2f * s2);
+    OGL_assigncolor(57, s1, 0.2f * s1, 0.2f * s1);
+    OGL_assigncolor(58, s2, 0.2f * s2, 0.2f * s2);
+    OGL_assigncolor(59, s3, s3, s3);
+    OGL_assigncolor(60, s3, 0.9f * s3, 0.5f * s3);
+}
+
+static void draw_current_window()
+{
+    switch (mnw.win_id) {
+    case 996:   // the alert's four lines and its O.K. button join here
+        break;
+    case 997:   // the save prompt's question and its three buttons join here
+        break;
+    case 998:
+    case 999:   // opensave_update() joins here
+        break;
+    default:    // APPLICATION_update() joins here: the current screen and its controls
+        break;
+    }
+}
+
+// The mouse pointer as a sprite from the interface text atlas.
+static void draw_pointer()
+{
+    const float x = mnw.mouse_x, y = mnw.mouse_y;
+    const int alpha = use_blend ? sw_alpha_off : sw_alpha_on;
+    const int blend = use_blend ? sw_blend_on : sw_blend_off;
+    OGL_2dquad(154, col_lights_off, 1.0f,
+               x, y - 18, 0.90625f, 0.734375f,
+               x, y, 0.90625f, 1.0f,
+               x + 14, y, 1.0f, 1.0f,
+               x + 14, y - 18, 1.0f, 0.734375f,
+               sw_tex_on, alpha, blend);
+}
+
+float MACIBM_mouse_rest() { return mnw.time - pump.last_move; }
+
+int MACIBM_tooltip_due() { return mnw.tip[0] != 0 && MACIBM_mouse_rest() > 1.0f; }
+
+// 400 wide, 10 higher for every 60 characters; opens left of the mouse and up,
+// kept 10 inside the canvas sides and between 10 and 580 in y.
+void MACIBM_tooltip_box(float* x, float* y, float* w, float* h)
+{
+    *w = 400.0f;
+    *h = (float)((int)std::strlen(mnw.tip) / 60) * 10.0f + 45.0f;
+    *x = fltlim(mnw.mouse_x - *w, 10.0f - mnw.win_x, 790.0f - mnw.win_x - *w);
+    *y = fltlim(mnw.mouse_y, 10.0f - mnw.win_y, 580.0f - mnw.win_y - *h);
+}
+
+void MACIBM_draw_tooltip()
+{
+    float x, y, w, h;
+    MACIBM_tooltip_box(&x, &y, &w, &h);
+    const float x2 = x + w, y2 = y + h;
+    OGL_fillrect(col_frame, x - 5, y - 5, w + 10, h + 10);
+    OGL_fillrect(col_black, x, y, w, h);
+    MACIBM_button(x - 1, y - 1, x2, y2, 0);
+    MACIBM_button(x - 5, y - 5, x2 + 5, y2 + 5, 1);
+    MACIBM_button(x - 6, y - 6, x2 + 4, y2 + 4, 1);
+    // OGL_string(78, x + 3, y2 - 10, mnw.tip, w - 6, 6, 101) joins here: the help text.
+}
+
+// One frame. Nested calls from modal loops run the same steps on the same state.
+void MACIBM_event_proc()
+{
+    return_hit = 0;
+    mnw.mouse_click = 0;
+    if (mnw.win_id == -1) mnw.win_id = 0;
+    // Menu hover joins here: with a menu open, MACIBM_handleclick for a top-level
+    // title under the mouse that is not the open one.
+    platform_take_messages();
+    if (!have_done_first_update) return;
+    update_clock();
+    watch_frame_rate();
+    track_mouse_rest();
+    auto_repeat();
+    pulse_colours();
+    // OGL_plot_background() joins here: the baked panel of the current window.
+    draw_current_window();
+    // The menu bar (window 0) and the open menu join here, with the text layer.
+    if (is_3dfx) draw_pointer();
+    if (MACIBM_tooltip_due()) MACIBM_draw_tooltip();
+    OGL_sbuf();
+}

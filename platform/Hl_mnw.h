@@ -1,5 +1,6 @@
 // The platform layer: start-up and end of the platform, the alert channel,
-// and everything else that touches the window system.
+// the window procedure, the frame pump, and everything else that touches the
+// window system.
 #pragma once
 #include <fstream>
 
@@ -15,10 +16,13 @@ const int alert_fatal_number = 107;   // the fourth argument is the address of a
 const int alert_fatal = 108;
 
 void MACIBM_init();
+void fill_constants();               // the unit constants of con, at float precision
+int MACIBM_setres(int set);           // 1: the mode of mnw.scr_*; 0: the mode found first
 void MACIBM_finishup();
 void MACIBM_alert(const char* line1, const char* line2, const char* line3,
                   const void* line4, int kind);
 void MACIBM_showinit(int advance);
+void MACIBM_button(float x1, float y1, float x2, float y2, int raised);
 
 // Platform answers used by the start-up.
 void platform_app_folder(char* out);          // folder of the running program, closing separator
@@ -29,5 +33,55 @@ int platform_last_error();
 extern void* active_inst;
 extern int active_windstyle;
 
+// ---- the window ----------------------------------------------------------------------------
+extern void* active_dc;        // what OGL_sbuf swaps: the window
+extern int is_3dfx;            // the renderer needs the drawn mouse pointer
+
+void platform_swap(void* dc);  // one frame to the screen
+int platform_video_up();       // brings up the video system once; 1 when a display answers
+
+// Scale of the canvas on the display and the blend choice, from mnw.scr_x and mnw.scr_y.
+void MACIBM_set_scale();
+// Renderer names: the one that needs the drawn pointer, and the bare software one.
+int renderer_is_3dfx(const char* name);
+int renderer_is_generic(const char* name);
+
+// ---- messages ------------------------------------------------------------------------------
+const unsigned int msg_destroy = 2;
+const unsigned int msg_paint = 15;
+const unsigned int msg_keydown = 256;
+const unsigned int msg_mousemove = 512;
+const unsigned int msg_lbuttondown = 513;
+const unsigned int msg_lbuttonup = 514;
+const unsigned int msg_rbuttondown = 516;
+const unsigned int msg_rbuttonup = 517;
+
+// The window procedure. For mouse messages the low 16 bits of lparam are x,
+// the high 16 bits y, in display pixels from the top left; for a key, wparam is
+// the key code.
+long IBM_handlewin(void* hwnd, unsigned int msg, unsigned long wparam, long lparam);
+// Takes every waiting platform event and hands each on as a message.
+void platform_take_messages();
+// The key code of a platform key (virtual-key numbering), 0 when it has none.
+int platform_key_code(int sdl_key);
+int platform_shift_down();
+
+// ---- the frame pump ------------------------------------------------------------------------
+extern int return_hit;               // Return went down in this frame
+extern int have_done_first_update;   // the window has had its first paint
+
 // One frame of the system: messages, clock, drawing, swap.
 void MACIBM_event_proc();
+
+// The millisecond clock the pump reads: monotonic, and replaceable for a
+// reproducible run.
+extern long long (*platform_clock_ms)();
+long long platform_monotonic_ms();
+// Forgets what the pump remembers between frames, as at the start of a run.
+void MACIBM_restart_pump();
+
+float MACIBM_mouse_rest();           // seconds since the mouse last moved or clicked
+int MACIBM_tooltip_due();            // a help text waits and the mouse has rested
+// The box of the help text in mnw.tip, window-relative, without its frame.
+void MACIBM_tooltip_box(float* x, float* y, float* w, float* h);
+void MACIBM_draw_tooltip();

@@ -1,0 +1,227 @@
+// The frame pump on the real window: events pushed into the platform's queue,
+// and a clock the test sets.
+#include "window_fixture.h"
+
+#include <SDL2/SDL.h>
+
+#include <string>
+
+static long long fake_ms;
+static long long fake_clock() { return fake_ms; }
+
+static void push(Uint32 type, int x = 0, int y = 0, Uint8 detail = SDL_BUTTON_LEFT)
+{
+    SDL_Event e = {};
+    e.type = type;
+    if (type == SDL_MOUSEMOTION) {
+        e.motion.x = x;
+        e.motion.y = y;
+    }
+    if (type == SDL_MOUSEBUTTONDOWN || type == SDL_MOUSEBUTTONUP) e.button.button = detail;
+    if (type == SDL_WINDOWEVENT) e.window.event = detail;
+    SDL_PushEvent(&e);
+}
+
+static void frame_at(long long ms)
+{
+    fake_ms = ms;
+    MACIBM_event_proc();
+}
+
+// Only what a test pushes: the real pointer and window of the display, which
+// other programs on it may move or cover, stay out.
+static int pushed_only(void*, SDL_Event* e)
+{
+    if (e->type == SDL_MOUSEMOTION || e->type == SDL_MOUSEBUTTONDOWN || e->type == SDL_MOUSEBUTTONUP)
+        return e->button.windowID == 0;
+    return e->type != SDL_WINDOWEVENT || e->window.windowID == 0;
+}
+
+class PumpTest : public WindowTest {
+protected:
+    void SetUp() override
+    {
+        WindowTest::SetUp();
+        SDL_SetEventFilter(pushed_only, nullptr);
+        platform_take_messages();   // what the display had sent before
+        MACIBM_restart_pump();
+        platform_clock_ms = fake_clock;
+        have_done_first_update = 1;
+        mnw.win_id = 0;
+        mnw.mouse_x = mnw.mouse_y = 0;
+        mnw.mouse_down = mnw.mouse_repeat = 0;
+    }
+    void TearDown() override
+    {
+        platform_clock_ms = platform_monotonic_ms;
+        SDL_SetEventFilter(nullptr, nullptr);
+    }
+};
+
+TEST_F(PumpTest, MouseIsOnTheCanvasAtAnyDisplayScale)
+{
+    mnw.scr_x = 1024;
+    mnw.scr_y = 768;
+    MACIBM_set_scale();
+    EXPECT_FLOAT_EQ(mnw.scale_y, 1.28f);
+    EXPECT_EQ(use_blend, 1);
+    push(SDL_MOUSEMOTION, 512, 0);
+    platform_take_messages();
+    EXPECT_FLOAT_EQ(mnw.mouse_x, 400.0f);
+    EXPECT_FLOAT_EQ(mnw.mouse_y, 600.0f);
+    mnw.win_x = 200;   // relative to the window's origin, y upward
+    mnw.win_y = 198;
+    push(SDL_MOUSEMOTION, 256, 768);
+    platform_take_messages();
+    EXPECT_FLOAT_EQ(mnw.mouse_x, 0.0f);
+    EXPECT_FLOAT_EQ(mnw.mouse_y, -198.0f);
+}
+
+TEST_F(PumpTest, NothingRunsBeforeTheFirstPaintThenPulseColoursFollowTheTime)
+{
+    have_done_first_update = 0;
+    mnw.win_id = -1;
+    OGL_assigncolor(55, 0, 0, 0);
+    frame_at(1000);
+    frame_at(3000);
+    EXPECT_EQ(mnw.win_id, 0);   // the splash ends with the first frame anyway
+    EXPECT_EQ(mnw.time + col_rgb[55][1], 0.0f);
+
+    push(SDL_WINDOWEVENT, 0, 0, SDL_WINDOWEVENT_EXPOSED);
+    frame_at(5000);             // time counts from the first drawn frame
+    EXPECT_EQ(mnw.time, 0.0f);
+    EXPECT_FLOAT_EQ(col_rgb[55][0], 0.16f);
+    EXPECT_FLOAT_EQ(col_rgb[55][1], 0.8f);
+    EXPECT_FLOAT_EQ(col_rgb[59][0], 0.6f);
+    frame_at(5100);             // t = 0.1: sin 1 = 0.841471, sin 2.5 = 0.598472
+    const float s1 = 0.9682942f, s2 = 0.8795416f, s3 = 0.9365884f;
+    const float expected[6][3] = {{0.2f * s1, s1, 0.2f * s1}, {0.2f * s2, s2, 0.2f * s2},
+                                  {s1, 0.2f * s1, 0.2f * s1}, {s2, 0.2f * s2, 0.2f * s2},
+                                  {s3, s3, s3},               {s3, 0.9f * s3, 0.5f * s3}};
+    for (int c = 0; c < 6; c++)
+        for (int k = 0; k < 3; k++) EXPECT_NEAR(col_rgb[55 + c][k], expected[c][k], 1e-5) << 55 + c;
+}
+
+// Frames every 30 ms with the button held from the first: the press, nothing
+// for half a second, then a pulse in one frame of each 0.2 seconds.
+TEST_F(PumpTest, HeldButtonRepeatsAfterHalfASecondFiveTimesASecond)
+{
+    frame_at(5000);
+    push(SDL_MOUSEBUTTONDOWN);
+    std::string clicks, repeats;
+    for (int k = 0; k <= 40; k++) {
+        frame_at(5100 + 30 * k);
+        clicks += mnw.mouse_click ? '1' : '.';
+        repeats += mnw.mouse_repeat ? 'r' : '.';
+    }
+    EXPECT_EQ(clicks, "1................1......1......1......1..");
+    EXPECT_EQ(repeats, ".................rrrrrrrrrrrrrrrrrrrrrrrr");
+
+    mnw.mouse_down = 0;   // a change of window: the repeat goes on until the release
+    frame_at(6500);
+    EXPECT_EQ(mnw.mouse_click, 1);
+    push(SDL_MOUSEBUTTONUP, 0, 0, SDL_BUTTON_RIGHT);
+    frame_at(6700);
+    EXPECT_EQ(mnw.mouse_click + mnw.mouse_repeat, 0);
+
+    // A new hold (right button alike) pulses in its first frame past the half second.
+    push(SDL_MOUSEBUTTONDOWN, 0, 0, SDL_BUTTON_RIGHT);
+    frame_at(7000);
+    EXPECT_EQ(mnw.mouse_click, 1);
+    frame_at(7490);
+    EXPECT_EQ(mnw.mouse_click, 0);
+    frame_at(7520);
+    EXPECT_EQ(mnw.mouse_click, 1);
+    frame_at(7820);   // at a low frame rate the pulses come with the frames
+    frame_at(8120);
+    EXPECT_EQ(mnw.mouse_click, 1);
+}
+
+TEST_F(PumpTest, TooltipWaitsForTheMouseToRest)
+{
+    frame_at(1000);
+    for (int k = 0; k <= 12; k++) {   // moves of one unit a frame do not count
+        push(SDL_MOUSEMOTION, 100 + k, 300);
+        frame_at(1100 + 100 * k);
+    }
+    EXPECT_NEAR(MACIBM_mouse_rest(), 1.2f, 1e-5);
+    push(SDL_MOUSEBUTTONDOWN);
+    frame_at(2400);                   // a click restarts the wait, its pulses do not
+    frame_at(3000);
+    ASSERT_EQ(mnw.mouse_click, 1);
+    EXPECT_NEAR(MACIBM_mouse_rest(), 0.6f, 1e-5);
+    EXPECT_EQ(mnw.tip[0], 0);         // emptied each frame
+    std::strcpy(mnw.tip, "help");
+    EXPECT_EQ(MACIBM_tooltip_due(), 0);
+    frame_at(3500);
+    std::strcpy(mnw.tip, "help");
+    EXPECT_EQ(MACIBM_tooltip_due(), 1);
+    push(SDL_MOUSEBUTTONUP);
+    push(SDL_MOUSEMOTION, 120, 300);  // two units at once do
+    frame_at(3600);
+    EXPECT_EQ(MACIBM_mouse_rest(), 0.0f);
+}
+
+TEST_F(PumpTest, TooltipBoxGrowsWithTheTextAndStaysInside)
+{
+    float x, y, w, h;
+    mnw.mouse_x = 700;
+    mnw.mouse_y = 100;
+    std::string text(59, 'a');
+    std::strcpy(mnw.tip, text.c_str());
+    MACIBM_tooltip_box(&x, &y, &w, &h);
+    EXPECT_EQ(std::vector<float>({x, y, w, h}), std::vector<float>({300, 100, 400, 45}));
+    std::strcpy(mnw.tip, (text + "a").c_str());
+    MACIBM_tooltip_box(&x, &y, &w, &h);
+    EXPECT_EQ(h, 55.0f);
+    mnw.mouse_x = 5;   // top left: pushed inside
+    mnw.mouse_y = 595;
+    MACIBM_tooltip_box(&x, &y, &w, &h);
+    EXPECT_EQ(x, 10.0f);
+    EXPECT_EQ(y + h, 580.0f);
+    mnw.win_x = 240;   // in a dialog the limits stay on the canvas
+    mnw.win_y = 52;
+    mnw.mouse_x = 600;
+    mnw.mouse_y = -50;
+    MACIBM_tooltip_box(&x, &y, &w, &h);
+    EXPECT_EQ(x + w + mnw.win_x, 790.0f);
+    EXPECT_EQ(y + mnw.win_y, 10.0f);
+}
+
+TEST_F(PumpTest, TooltipFrameIsDrawnPixelExact)
+{
+    reset_drawing_state(1);   // blue behind, to tell the black fill from nothing
+    mnw.mouse_x = 500;
+    mnw.mouse_y = 300;
+    std::strcpy(mnw.tip, "Help text");
+    MACIBM_draw_tooltip();    // box at (100, 300), 400 by 45
+    std::vector<unsigned char> f = grab_back_buffer();
+    // Fill 30; frame 18; sunken bevel dark 22 left and top, light 6 right and
+    // bottom; two raised bevels outside it; blue beyond.
+    const int probes[][3] = {{150, 320, 0},  {97, 320, 102},  {99, 320, 51},   {150, 345, 51},
+                             {500, 320, 204}, {150, 299, 204}, {95, 320, 204}, {150, 349, 204},
+                             {505, 320, 51},  {150, 294, 51},  {93, 320, -1},  {150, 351, -1}};
+    for (const auto& p : probes) {
+        const unsigned char* c = px_at(f.data(), p[0], p[1]);
+        const int grey = (c[0] == c[1] && c[1] == c[2]) ? c[0] : (c[2] == 255 ? -1 : -2);
+        EXPECT_EQ(grey, p[2]) << p[0] << "," << p[1];
+    }
+}
+
+TEST_F(PumpTest, CloseFromOutsideEndsTheRunAndKeysGiveVirtualKeyCodes)
+{
+    push(SDL_QUIT);
+    frame_at(1000);
+    EXPECT_EQ(gdone, 1);
+    gdone = 0;
+
+    const int keys[][2] = {
+        {SDLK_a, 0x41}, {SDLK_z, 0x5A}, {SDLK_0, 0x30}, {SDLK_9, 0x39}, {SDLK_LEFT, 0x25}, {SDLK_DOWN, 0x28},
+        {SDLK_RETURN, 0x0D}, {SDLK_BACKSPACE, 0x08}, {SDLK_RSHIFT, 0x10}, {SDLK_SEMICOLON, 0xBA},
+        {SDLK_EQUALS, 0xBB}, {SDLK_COMMA, 0xBC}, {SDLK_MINUS, 0xBD}, {SDLK_PERIOD, 0xBE}, {SDLK_SLASH, 0xBF},
+        {SDLK_BACKQUOTE, 0xC0}, {SDLK_LEFTBRACKET, 0xDB}, {SDLK_BACKSLASH, 0xDC}, {SDLK_RIGHTBRACKET, 0xDD},
+        {SDLK_F12, 0x7B}, {SDLK_KP_9, 0x69}, {SDLK_AUDIOPLAY, 0}};
+    for (const auto& k : keys) EXPECT_EQ(platform_key_code(k[0]), k[1]) << k[0];
+    EXPECT_EQ(renderer_is_3dfx("Mesa DRI") + renderer_is_3dfx("3dfx") + renderer_is_3dfx("Mes"), 2);
+    EXPECT_EQ(renderer_is_generic("GENERIC") + renderer_is_generic("GDI GENERIC"), 1);
+}

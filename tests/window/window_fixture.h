@@ -1,0 +1,88 @@
+// The platform brought up as the program brings it up, with a real window on
+// the X display, and what was drawn read back from both targets.
+#pragma once
+#include "hl/Hl_graph.h"
+#include "hl/Hl_types.h"
+#include "platform/Hl_mnw.h"
+
+#include <GL/gl.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <set>
+#include <unistd.h>
+#include <vector>
+
+using pixel_set = std::set<std::pair<int, int>>;
+
+inline char test_folder[] = "/tmp/tf_window_XXXXXX";
+
+// Once per process, in a folder of its own (for the log) with no preference files.
+inline void bring_up_platform()
+{
+    if (ogl_ready) return;
+    ASSERT_TRUE(platform_video_up()) << "these tests need an X display (DISPLAY)";
+    ASSERT_TRUE(mkdtemp(test_folder) && chdir(test_folder) == 0);
+    std::atexit([] {
+        unlink("Error.out");
+        rmdir(test_folder);
+    });
+    setenv("XDG_CONFIG_HOME", test_folder, 1);
+    active_windstyle = 1;
+    MACIBM_init();
+}
+
+// Main window at the canvas's own size, OpenGL target, empty buffers.
+inline void reset_drawing_state(float clear_blue = 0)
+{
+    mnw.win_x = mnw.win_y = 0;
+    mnw.scr_x = 800;
+    mnw.scr_y = 600;
+    MACIBM_set_scale();
+    to_array = 0;
+    r_manual_lighting = g_manual_lighting = b_manual_lighting = 1.0f;
+    OGL_scissors_end();
+    OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
+    glClearColor(0, 0, clear_blue, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    std::memset(rgb_array, 0, sizeof rgb_array);
+}
+
+struct WindowTest : ::testing::Test {
+    void SetUp() override
+    {
+        bring_up_platform();
+        reset_drawing_state();
+    }
+};
+
+inline std::vector<unsigned char> grab_back_buffer()
+{
+    std::vector<unsigned char> px(canvas_w * canvas_h * 4);
+    glReadBuffer(GL_BACK);
+    glReadPixels(0, 0, canvas_w, canvas_h, GL_RGBA, GL_UNSIGNED_BYTE, px.data());
+    return px;
+}
+
+inline const unsigned char* px_at(const unsigned char* buf, int x, int y) { return buf + (y * canvas_w + x) * 4; }
+
+// Back-buffer pixels that are not black, or rgb_array pixels that were written.
+inline pixel_set lit_pixels(int array)
+{
+    std::vector<unsigned char> frame = grab_back_buffer();
+    pixel_set lit;
+    for (int y = 0; y < canvas_h; y++)
+        for (int x = 0; x < canvas_w; x++) {
+            const unsigned char* p = px_at(array ? rgb_array : frame.data(), x, y);
+            if (array ? p[3] : (p[0] | p[1] | p[2])) lit.insert({x, y});
+        }
+    return lit;
+}
+
+inline pixel_set rect_pixels(int x0, int y0, int w, int h, pixel_set s = {})
+{
+    for (int x = x0; x < x0 + w; x++)
+        for (int y = y0; y < y0 + h; y++) s.insert({x, y});
+    return s;
+}
