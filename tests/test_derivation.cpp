@@ -2,6 +2,7 @@
 // water flags, the elevations and the custom cells.
 #include "hl/Hl_funct.h"
 #include "hl/Hl_types.h"
+#include "platform/Hl_mnw.h"
 
 #include <gtest/gtest.h>
 #include <cmath>
@@ -41,15 +42,6 @@ int orientation_at(int i, int j)
     return ::testing::AssertionFailure()
            << "cell (" << i << ", " << j << ") is " << got << " " << orientation_name(got_orientation)
            << ", expected " << tex << " " << orientation_name(orientation);
-}
-
-void fill_constants()
-{
-    con.ft_to_m = 0.3048f;
-    con.m_to_ft = 1.0f / con.ft_to_m;
-    con.rad_to_deg = 180.0f / 3.1415927f;
-    con.deg_to_rad = 1.0f / con.rad_to_deg;
-    con.nm_to_m = con.ft_to_m * 6076.1155f;
 }
 
 // A flat tile, all land or all water, with nothing derived yet.

@@ -26,11 +26,7 @@ void WorldTest::SetUp()
     // The log is opened again in this folder by the first alert.
     if (err.is_open()) err.close();
     inf_use = 0;
-    con.ft_to_m = 0.3048f;
-    con.m_to_ft = 1.0f / con.ft_to_m;
-    con.rad_to_deg = 180.0f / 3.1415927f;
-    con.deg_to_rad = 1.0f / con.rad_to_deg;
-    con.nm_to_m = con.ft_to_m * 6076.1155f;
+    fill_constants();
     C_to_C(root.c_str(), app_path);
     C_plus_C(app_path, "additional nav data/custom terrain textures/", ter_path);
     set_msc_defaults();

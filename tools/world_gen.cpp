@@ -7,6 +7,7 @@
 #include "hl/Hl_file.h"
 #include "hl/Hl_funct.h"
 #include "hl/Hl_types.h"
+#include "platform/Hl_mnw.h"
 
 #include <cctype>
 #include <cmath>
@@ -369,15 +370,7 @@ void gen_fill_tile(unsigned seed)
 
 // ---- folders, paths, writing and loading back ------------------------------------------------------
 
-void gen_fill_constants()
-{
-    const float pi = 3.1415927f;
-    con.ft_to_m = 0.3048f;
-    con.m_to_ft = 1.0f / con.ft_to_m;
-    con.rad_to_deg = 180.0f / pi;
-    con.deg_to_rad = 1.0f / con.rad_to_deg;
-    con.nm_to_m = con.ft_to_m * 6076.1155f;
-}
+void gen_fill_constants() { fill_constants(); }
 
 // The longest tail the editor puts behind app_path is the tile's path.
 const int longest_tail = 64;
