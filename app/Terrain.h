@@ -9,3 +9,15 @@ float ret_y(float lat);
 float ret_x(float lon, float lat);
 float ret_lat(float y);
 float ret_lon(float x, float y);
+
+// The terrain view: ground, grid, runways, selected vertex, obstacles, coast,
+// clipped to the map area. Leaves every vertex's canvas place in flt_plotx/y.
+void plot_TF_terrain();
+
+// Pieces of the view, each usable on its own.
+int water_cell_colour(int i, int j);          // 4 when not level along three edges, else 16
+int runway_near_tile(int r);                  // the runway's centre lies within 0.1 degrees of the tile
+void runway_corner(int r, int k, float* lon, float* lat);   // corner k = 0..3
+int in_map_area(float x, float y);
+void plot_obstacle_symbol(int kind, int col, float x, float y);
+extern int obj_flash;                         // colour counter of the selected obstacle
