@@ -72,3 +72,17 @@ void BUF_point(int x, int y);
 // resource path) into a texture (mode -100) or into the panel buffer (-101).
 int OGL_texbmp(int mode, int id_or_x, int y, int kind, const char* name,
                int* width, int* height, float scale);
+
+// ---- text and numbers ---------------------------------------------------------------------------
+// Fixed-pitch text: atlas quads on OpenGL, 5 by 7 pixel stamps into rgb_array.
+void OGL_string(int col, float x, float y, const char* text, float wrap_width, float advance, int font);
+void OGL_number(int col, float x, float y, float value, int digits, int decimals, float spacing,
+                int signed_flag, int font);
+void OGL_char(float x, float y, int c, int font);
+void OGL_sub_character(float x, float y, const int pattern[35]);
+const unsigned char* glyph_rows(int c);   // the 7 rows of c's 5 by 7 pattern, top row first
+int font_cell(int c, int font);            // the atlas cell that font draws c from
+
+// ---- the background panel -----------------------------------------------------------------------
+void load_rgbarray_into_baktex(int page);
+void OGL_plot_background();

@@ -22,6 +22,7 @@ void MACIBM_finishup();
 void MACIBM_alert(const char* line1, const char* line2, const char* line3,
                   const void* line4, int kind);
 void MACIBM_showinit(int advance);
+void MACIBM_startwind(int id);         // the one way of changing windows: bakes its panel
 void MACIBM_button(float x1, float y1, float x2, float y2, int raised);
 
 // Platform answers used by the start-up.
