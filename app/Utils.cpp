@@ -121,7 +121,9 @@ static void lay_blank_vertices()
 // Obstacle records from slot 0 upward, up to the end marker 99, which stays
 // in its slot. More than 60000 records wrap to slot 0. When a tile fills the
 // table exactly, the marker is not stored: in slot 0 it would overwrite the
-// tile's first obstacle.
+// tile's first obstacle. A kind outside the table has no payload we know of:
+// it is kept as a 4-byte record (the writer leaves it out), and the next
+// number is read as the next kind; every slot index stays in the table.
 static void read_obstacles(const char* path)
 {
     int n = 0;
