@@ -3,6 +3,7 @@
 #include "world_fixture.h"
 
 #include <cstring>
+#include <iomanip>
 
 class Scanner : public WorldTest {
 protected:
@@ -165,9 +166,9 @@ TEST_F(Scanner, WriterHeadsAndByteOrder)
 {
     C_plus_C(app_path, "out.txt", path);
     ASSERT_EQ(ouf_open(path, kind_text, 543), 1);
-    ouf << 1.5f << line_end;
+    ouf << std::setprecision(1) << 1.5f << line_end;   // fixed notation: not rounded to "2"
     ouf.close();
-    EXPECT_EQ(read_file("out.txt"), "I\r\n543 version\r\n1.500000\r\n");
+    EXPECT_EQ(read_file("out.txt"), "I\r\n543 version\r\n1.5\r\n");
 
     C_plus_C(app_path, "out.env", path);
     ASSERT_EQ(ouf_open(path, kind_tile, 4), 1);
