@@ -1,10 +1,14 @@
 // The drawing layer.
 #include "hl/Hl_graph.h"
+#include "hl/Hl_file.h"
 #include "hl/Hl_funct.h"
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
 
 #include <GL/gl.h>
+
+#include <cstdio>
+#include <cstring>
 
 unsigned char rgb_array[rgb_page_bytes];
 unsigned char sub_array[sub_tile * sub_tile * 4];
@@ -249,14 +253,322 @@ void OGL_2dquad(int tex, int col, float alpha,
 
 // ---- pictures --------------------------------------------------------------------------------
 
-// The bitmap reader is not here yet: no picture is loaded, but a load of an
-// even id below 1000 still moves the splash progress as a real load does.
+const int mode_panel = -101;            // OGL_texbmp into the panel buffer; any other mode makes a texture
+const int kind_mipmapped = -104;
+const int kind_colour_key = -105;       // pure magenta becomes transparent
+const int bmp_header_bytes = 54;
+const int bmp_max_side = 1024;
+const int scratch_bytes = canvas_w * canvas_h * 4;   // the part of rgb_array a load may fill
+
+int max_texture_size_override;
+
+// What one load works with.
+struct bitmap_load {
+    int mode, kind, id;
+    int start_x, start_y;     // where the picture's bottom left lands in rgb_array
+    int bytes_pp;             // 3, or 4 for the panel and for colour-keyed textures
+    int stride;               // row length in rgb_array, in pixels
+    float scale;
+    char file[path_len];      // the full path, for the alerts
+};
+
+static int read_u16(const unsigned char* p) { return p[0] | (p[1] << 8); }
+
+static int read_s32(const unsigned char* p)
+{
+    unsigned int v = (unsigned int)p[0] | ((unsigned int)p[1] << 8) | ((unsigned int)p[2] << 16) |
+                     ((unsigned int)p[3] << 24);
+    return (int)v;
+}
+
+static int is_magenta(const unsigned char* rgb) { return rgb[0] == 255 && rgb[1] == 0 && rgb[2] == 255; }
+
+static int is_power_of_two(int n) { return n > 0 && (n & (n - 1)) == 0; }
+
+// Raises a fatal alert; the answer 0 lets a caller stop at once should the alert return.
+static int bitmap_fatal(const char* l1, const char* l2, const char* l3, const char* l4)
+{
+    MACIBM_alert(l1, l2, l3, l4, alert_fatal);
+    return 0;
+}
+
+static int stream_failed(const char* file)
+{
+    return bitmap_fatal("File-scanning error!", "grf_inf.fail", "file:", file);
+}
+
+static int data_out_of_bounds(const char* file)
+{
+    return bitmap_fatal("OGL_texbmp data out of bounds!", file, "", "");
+}
+
+// A colon-separated resource name as a full path: app_path in front unless the
+// name already starts with it, every colon from the third character on a
+// separator (the first two may be a drive prefix), and ".BMP" behind.
+static void bitmap_path(const char* name, char* path)
+{
+    const size_t prefix = std::strlen(app_path);
+    const char* base = std::strncmp(name, app_path, prefix) == 0 ? "" : app_path;
+    // A name too long for the buffer is cut short of its ".BMP": it names no bitmap.
+    if (std::snprintf(path, path_len, "%s%s.BMP", base, name) >= path_len) path[path_len - 2] = 0;
+    for (int k = 2; path[k]; k++)
+        if (path[k] == ':') path[k] = path_sep;
+}
+
+// Reads and checks the 54 header bytes; the size goes to width and height.
+static int header_ok(FILE* f, const char* file, int* width, int* height)
+{
+    unsigned char h[bmp_header_bytes] = {0};
+    const size_t got = std::fread(h, 1, sizeof h, f);
+    const int w = read_s32(h + 18), ht = read_s32(h + 22);
+    if (read_u16(h) != 0x4D42)
+        return bitmap_fatal("Trying to read a texture bitmap that is not a bitmap", "", "", file);
+    if (w > bmp_max_side) return bitmap_fatal("Bitmap too wide! (max is 1024)", "", "", file);
+    if (ht > bmp_max_side) return bitmap_fatal("Bitmap too tall! (max is 1024)", "", "", file);
+    if (read_u16(h + 28) != 24)
+        return bitmap_fatal("Wrong bitmap color depth for texture!", "We need 24-bit color.", "", file);
+    if (read_s32(h + 30) != 0) return bitmap_fatal("Bitmap is compressed!", "", "", file);
+    if (got < sizeof h) return stream_failed(file);
+    // A width or height below 1 (an empty picture, or rows stored top-down under a
+    // negative height) is no picture this system draws: it stops here, so that no
+    // row count or stride below one reaches the pixel loop.
+    if (w < 1 || ht < 1)
+        return bitmap_fatal("Bitmap has no pixels!", "Its width and height must both be at least 1.", "", file);
+    *width = w;
+    *height = ht;
+    return 1;
+}
+
+// Halves the scale while the picture is larger than the display's textures allow.
+static float fit_texture_scale(float scale, int width, int height)
+{
+    GLint max = max_texture_size_override;
+    if (max <= 0) glGetIntegerv(GL_MAX_TEXTURE_SIZE, &max);
+    if (max <= 0) return scale;   // no OpenGL to ask: no limit
+    while (max < width * scale || max < height * scale) scale *= 0.5f;
+    return scale;
+}
+
+static int fits_on_canvas(const bitmap_load& load, int width, int height)
+{
+    if (load.start_x >= 0 && load.start_y >= 0 && load.start_x + width * load.scale <= 800.0f &&
+        load.start_y + height * load.scale <= 600.0f)
+        return 1;
+    return bitmap_fatal("OGL_texbmp out of bounds!",
+                        "An instrument of a custom cockpit may lie too close to the edge of the screen.",
+                        "Move it further in from the edge.",
+                        "Perhaps a bitmap is too large (over 800x600) as well.");
+}
+
+// Rows from the bottom up, pixels blue, green, red, each row padded to 4 bytes.
+// A row whose pixels the file does not hold in full is a failed stream: the
+// load stops with the scanning alert rather than store what is not there. The
+// last row's padding alone may be missing.
+static int read_pixels(FILE* f, const bitmap_load& load, int width, int height)
+{
+    static unsigned char row[bmp_max_side * 3 + 3];
+    const int row_bytes = width * 3;
+    const int padding = ((row_bytes + 3) & ~3) - row_bytes;
+    for (int r = 0; r < height; r++) {
+        if ((int)std::fread(row, 1, row_bytes + padding, f) < row_bytes) return stream_failed(load.file);
+        const int ty = (int)(load.start_y + r * load.scale);
+        for (int c = 0; c < width; c++) {
+            const unsigned char rgb[3] = {row[3 * c + 2], row[3 * c + 1], row[3 * c]};
+            if (load.mode == mode_panel && is_magenta(rgb)) continue;   // the panel keeps what is there
+            const int tx = (int)(load.start_x + c * load.scale);
+            const long offset = ((long)ty * load.stride + tx) * load.bytes_pp;
+            if (offset < 0 || offset + 3 >= scratch_bytes) return data_out_of_bounds(load.file);
+            unsigned char* p = rgb_array + offset;
+            p[0] = rgb[0];
+            p[1] = rgb[1];
+            p[2] = rgb[2];
+            if (load.bytes_pp == 4) p[3] = 255;
+        }
+    }
+    return 1;
+}
+
+// Magenta becomes transparent black, everything else opaque.
+static void key_out_magenta(const bitmap_load& load, int width, int height)
+{
+    for (int r = 0; r < height; r++)
+        for (int c = 0; c < width; c++) {
+            unsigned char* p = rgb_array + ((load.start_y + r) * load.stride + load.start_x + c) * 4;
+            if (is_magenta(p)) p[0] = p[1] = p[2] = p[3] = 0;
+            else p[3] = 255;
+        }
+}
+
+// After the header: the scale, the pixels, then the size of what was stored.
+static int read_picture(FILE* f, bitmap_load* load, int* width, int* height)
+{
+    if (!header_ok(f, load->file, width, height)) return 0;
+    if (load->mode == mode_panel) {
+        load->stride = canvas_w;
+        if (!fits_on_canvas(*load, *width, *height)) return 0;
+    } else {
+        load->scale = fit_texture_scale(load->scale, *width, *height);
+        load->stride = (int)(*width * load->scale);
+    }
+    if (!read_pixels(f, *load, *width, *height)) return 0;
+    *width = (int)(*width * load->scale);
+    *height = (int)(*height * load->scale);
+    // A scale above 1 stores more than the pixel loop wrote: the texture is read
+    // from rgb_array whole, so it must lie inside the scratch area.
+    if (load->mode != mode_panel && (long)*width * *height * load->bytes_pp > scratch_bytes)
+        return data_out_of_bounds(load->file);
+    if (load->kind == kind_colour_key && load->bytes_pp == 4) key_out_magenta(*load, *width, *height);
+    return 1;
+}
+
+// Each level halves both sides; a texel is the truncated mean of its four
+// sources. Built in place at the start of rgb_array: a level's texel never
+// lies behind a source still to be read.
+static void build_mipmaps(int bytes_pp, int width, int height, GLenum format)
+{
+    int level = 0;
+    while (width > 1 && height > 1) {
+        const int w = width / 2, h = height / 2;
+        const int row = width * bytes_pp;
+        for (int y = 0; y < h; y++)
+            for (int x = 0; x < w; x++)
+                for (int k = 0; k < bytes_pp; k++) {
+                    const unsigned char* s = rgb_array + (2 * y * width + 2 * x) * bytes_pp + k;
+                    const int sum = s[0] + s[bytes_pp] + s[row] + s[row + bytes_pp];
+                    rgb_array[(y * w + x) * bytes_pp + k] = (unsigned char)(int)(sum * 0.25f);
+                }
+        level++;
+        width = w;
+        height = h;
+        glTexImage2D(GL_TEXTURE_2D, level, bytes_pp, width, height, 0, format, GL_UNSIGNED_BYTE, rgb_array);
+    }
+}
+
+static void upload_texture(const bitmap_load& load, int width, int height)
+{
+    if (!is_power_of_two(width) || !is_power_of_two(height)) {
+        bitmap_fatal("Trying to read a texture that is not a power of 2!", load.file, "", "");
+        return;
+    }
+    const GLenum format = load.bytes_pp == 4 ? GL_RGBA : GL_RGB;
+    OGL_bindtex(load.id);
+    glTexImage2D(GL_TEXTURE_2D, 0, load.bytes_pp, width, height, 0, format, GL_UNSIGNED_BYTE, rgb_array);
+    if (load.kind == kind_mipmapped) {
+        build_mipmaps(load.bytes_pp, width, height, format);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    } else {
+        const GLint filter = load.id >= 154 && load.id <= 156 ? GL_NEAREST : GL_LINEAR;
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
+    }
+    const GLint wrap = load.id >= 50 && load.id <= 58 ? GL_CLAMP : GL_REPEAT;
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, wrap);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, wrap);
+    // Warned only once the texture is whole: the alert window bakes its frame
+    // into rgb_array, the chain's source, and binds the panel's textures.
+    if (load.kind == kind_mipmapped && width != height)
+        MACIBM_alert("WHOA!", "You have defined a NON-SQUARE texture for minification!",
+                     "NON-SQUARE textures are fine for everything but minified files!", load.file,
+                     alert_warning);
+}
+
+// A texture whose file is missing is a 4 by 4 white picture; a panel is fatal.
+static int missing_bitmap(const bitmap_load& load, int* width, int* height)
+{
+    if (load.mode == mode_panel) return bitmap_fatal("Can't open bitmap!", load.file, "", "");
+    *width = 4;
+    *height = 4;
+    for (int n = 0; n < 16; n++) {
+        unsigned char* p = rgb_array + n * load.bytes_pp;
+        p[0] = p[1] = p[2] = 255;   // the alpha bytes stay as they are
+    }
+    upload_texture(load, 4, 4);
+    return 0;
+}
+
 int OGL_texbmp(int mode, int id_or_x, int y, int kind, const char* name,
                int* width, int* height, float scale)
 {
-    (void)y; (void)kind; (void)name; (void)scale;
-    if (mode != -101 && id_or_x < 1000 && id_or_x % 2 == 0) MACIBM_showinit(1);
-    *width = 0;
-    *height = 0;
-    return 0;
+    if (mode != mode_panel && id_or_x < 1000 && id_or_x % 2 == 0) MACIBM_showinit(1);
+    bitmap_load load;
+    load.mode = mode;
+    load.kind = kind;
+    load.id = id_or_x;
+    load.scale = scale;
+    load.start_x = mode == mode_panel ? (int)(id_or_x + mnw.win_x) : 0;
+    load.start_y = mode == mode_panel ? (int)(y + mnw.win_y) : 0;
+    load.bytes_pp = mode == mode_panel || kind == kind_colour_key ? 4 : 3;
+    load.stride = 0;
+    bitmap_path(name, load.file);
+
+    FILE* f = std::fopen(load.file, "rb");
+    if (!f) return missing_bitmap(load, width, height);
+    const int read = read_picture(f, &load, width, height);
+    std::fclose(f);
+    if (read && mode != mode_panel) upload_texture(load, *width, *height);
+    return 1;
+}
+
+// ---- the background panel ----------------------------------------------------------------------
+
+const int tile_cols = 7;
+const int tile_rows = 5;
+const int first_panel_tex = 500;
+
+static int panel_tex(int c, int r) { return first_panel_tex + tile_cols * r + c; }
+
+// Copies the canvas part of one tile into sub_array. Texels beyond the canvas
+// keep what the tile before left there: they are never shown.
+static void stage_tile(int c, int r)
+{
+    const int x0 = sub_tile * c, y0 = sub_tile * r;
+    const int columns = intmin2(sub_tile, canvas_w - x0);
+    for (int y = 0; y < sub_tile && y0 + y < canvas_h; y++)
+        std::memcpy(sub_array + y * sub_tile * 4, rgb_array + ((y0 + y) * canvas_w + x0) * 4,
+                    (size_t)columns * 4);
+}
+
+// Only page 0 exists: rgb_array holds one panel.
+void load_rgbarray_into_baktex(int page)
+{
+    (void)page;
+    const GLint filter = use_blend ? GL_LINEAR : GL_NEAREST;
+    const GLint wrap = use_blend ? GL_CLAMP : GL_REPEAT;
+    for (int c = 0; c < tile_cols; c++)
+        for (int r = 0; r < tile_rows; r++) {
+            stage_tile(c, r);
+            OGL_bindtex(panel_tex(c, r));
+            glTexImage2D(GL_TEXTURE_2D, 0, 4, sub_tile, sub_tile, 0, GL_RGBA, GL_UNSIGNED_BYTE, sub_array);
+            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
+            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
+            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, wrap);
+            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, wrap);
+        }
+}
+
+// The 35 tiles over the whole canvas, whatever the window's origin. The last
+// column and row show only the part of their texture that lies on the canvas.
+void OGL_plot_background()
+{
+    static const float tiles_x = 6.25f, tiles_y = 4.6875f;   // 800 / 128, 600 / 128
+    // Alpha test at the canvas's own size, blending when the panel is stretched.
+    OGL_setstate(sw_fog_off, sw_tex_on, sw_light_off, use_blend ? sw_alpha_off : sw_alpha_on,
+                 use_blend ? sw_blend_on : sw_blend_off, sw_depth_off, sw_dwrite_off);
+    OGL_setcolorINDEX(0, 1.0f);
+    for (int c = 0; c < tile_cols; c++)
+        for (int r = 0; r < tile_rows; r++) {
+            const float x1 = (float)(sub_tile * c), y1 = (float)(sub_tile * r);
+            const float x2 = fltlim((float)(sub_tile * (c + 1)), 0.0f, (float)canvas_w);
+            const float y2 = fltlim((float)(sub_tile * (r + 1)), 0.0f, (float)canvas_h);
+            const float smax = interp((float)c, 0.0f, c + 1.0f, 1.0f, tiles_x, 0);
+            const float tmax = interp((float)r, 0.0f, r + 1.0f, 1.0f, tiles_y, 0);
+            OGL_bindtex(panel_tex(c, r));
+            glBegin(GL_QUADS);
+            glTexCoord2f(0.0f, 0.0f); glVertex2f(x1, y1);
+            glTexCoord2f(0.0f, tmax); glVertex2f(x1, y2);
+            glTexCoord2f(smax, tmax); glVertex2f(x2, y2);
+            glTexCoord2f(smax, 0.0f); glVertex2f(x2, y1);
+            glEnd();
+        }
 }

@@ -72,6 +72,9 @@ void BUF_point(int x, int y);
 // resource path) into a texture (mode -100) or into the panel buffer (-101).
 int OGL_texbmp(int mode, int id_or_x, int y, int kind, const char* name,
                int* width, int* height, float scale);
+// Above 0: the texture size limit used in place of GL_MAX_TEXTURE_SIZE, so that
+// a small display can be stood in for. 0 asks OpenGL.
+extern int max_texture_size_override;
 
 // ---- text and numbers ---------------------------------------------------------------------------
 // Fixed-pitch text: atlas quads on OpenGL, 5 by 7 pixel stamps into rgb_array.

@@ -1,5 +1,7 @@
 // The real program on the X display: its window covers the screen, it stays
 // in its frame loop, and a close from outside ends it with status 0.
+#include "bitmap_files.h"
+
 #include <gtest/gtest.h>
 
 #include <X11/Xlib.h>
@@ -54,16 +56,21 @@ TEST(Program, WindowCoversTheScreenAndACloseFromOutsideEndsTheRun)
 {
     char dir[] = "/tmp/tf_program_XXXXXX";
     ASSERT_TRUE(std::getenv("DISPLAY") && mkdtemp(dir));
+    stage_program(TF_PROGRAM_PATH, dir);   // the screen panels are the program's to have
+    const std::string program = std::string(dir) + "/tileforger";
     pid_t pid = fork();
     if (pid == 0) {
-        if (chdir(dir) == 0) execl(TF_PROGRAM_PATH, TF_PROGRAM_PATH, (char*)nullptr);
+        if (chdir(dir) == 0) execl(program.c_str(), program.c_str(), (char*)nullptr);
         _exit(90);
     }
     const std::string search = "xdotool search --all --pid " + std::to_string(pid) + " --name '^Norsuite$'";
     Window window = 0;
     for (int k = 0; k < 600 && !window && exit_status(pid, 1) == -1; k++)
         window = std::strtoul(output_of(search).c_str(), nullptr, 10);
-    if (!window) kill(pid, SIGKILL);
+    if (!window) {
+        kill(pid, SIGKILL);
+        std::filesystem::remove_all(dir);
+    }
     ASSERT_NE(window, 0ul) << "no window of the program appeared";
 
     const std::string info = output_of("xwininfo -id " + std::to_string(window));
@@ -78,6 +85,5 @@ TEST(Program, WindowCoversTheScreenAndACloseFromOutsideEndsTheRun)
     const int status = exit_status(pid, 300);
     if (status == -1) kill(pid, SIGKILL);
     EXPECT_EQ(status, 0);
-    unlink((std::string(dir) + "/Error.out").c_str());
-    rmdir(dir);
+    std::filesystem::remove_all(dir);
 }
