@@ -394,3 +394,353 @@ int handle_prefs(int which, int mode, char* path)
     if (mode == 6) ouf.close();
     return 1;
 }
+
+// ==== the open and save dialog ===============================================================
+
+#include "hl/Hl_graph.h"
+
+#include <cctype>
+#include <dirent.h>
+
+char g_name[dlg_item_cap][dlg_name_len];
+char g_path[dlg_item_cap][dlg_path_len];
+int g_is_folder[dlg_item_cap];
+int g_num_items;
+int g_item_top;
+int g_item_bot;
+int g_file_type;
+
+// What each dialog file type lists beside folders, where it starts and what
+// its label strip says. A type not in the table lists folders only.
+struct dialog_file_type {
+    int type;
+    const char* extension;   // lower case; nullptr: every name
+    char* start_folder;      // nullptr: wrk_path stays as it is
+    const char* label;       // nullptr: no label strip
+};
+
+static const dialog_file_type dialog_file_types[] = {
+    {ftype_ter_tex, "bmp", ter_path, "'custom terrain textures' folder"},
+    {ftype_object, "obj", obj_path, "'custom objects' folder"},
+    {ftype_situation, nullptr, sit_path, "'situations' folder"},
+    {ftype_logbook, nullptr, log_path, "'logbooks' folder"},
+    {ftype_afl, "afl", nullptr, nullptr},
+    {ftype_acf, "acf", nullptr, nullptr},
+    {ftype_all, nullptr, nullptr, nullptr},
+};
+
+static const dialog_file_type* dialog_type_of(int type)
+{
+    for (const dialog_file_type& t : dialog_file_types)
+        if (t.type == type) return &t;
+    return nullptr;
+}
+
+// Only the last three letters count, all lower or all upper case; there is no
+// test for the dot.
+static int ends_in_extension(const char* name, const char* lower)
+{
+    size_t n = std::strlen(name);
+    if (n < 3) return 0;
+    const char* tail = name + n - 3;
+    char upper[4];
+    for (int k = 0; k < 4; k++) upper[k] = (char)std::toupper((unsigned char)lower[k]);
+    return std::strcmp(tail, lower) == 0 || std::strcmp(tail, upper) == 0;
+}
+
+int takeit(const char* name, int file_type, int is_folder)
+{
+    if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0) return 0;
+    const dialog_file_type* t = dialog_type_of(file_type);
+    if (t && t->extension && ends_in_extension(name, t->extension)) return 1;
+    if (t && !t->extension) return 1;
+    return is_folder ? 1 : 0;
+}
+
+// ---- the folder scan ---------------------------------------------------------------------------
+
+// An entry's attributes in the platform's folder-listing terms. An entry is a
+// folder for the list only when its attributes are exactly the directory bit,
+// so a folder the owner may not write to, or a hidden one (a name beginning
+// with '.'), counts as a file.
+const int attr_read_only = 0x01;
+const int attr_hidden = 0x02;
+const int attr_directory = 0x10;
+const int attr_normal = 0x80;
+
+static int entry_attributes(const char* full_path, const char* name)
+{
+    struct stat st;
+    if (stat(full_path, &st) != 0) return attr_normal;   // a broken link: a plain file
+    int attributes = S_ISDIR(st.st_mode) ? attr_directory : 0;
+    if (!(st.st_mode & S_IWUSR)) attributes |= attr_read_only;
+    if (name[0] == '.') attributes |= attr_hidden;
+    return attributes ? attributes : attr_normal;
+}
+
+// Entries whose name or path would not fit a record are skipped, not cut: a cut
+// name would stand for another file, or for none. A folder also needs room for
+// the separator that entering it appends to wrk_path.
+static int entry_fits(size_t folder_len, const char* name, int is_folder)
+{
+    size_t name_len_here = std::strlen(name);
+    if (name_len_here > (size_t)dlg_name_len - 1) return 0;
+    return folder_len + name_len_here + (is_folder ? 1 : 0) <= (size_t)dlg_path_len - 1;
+}
+
+static void swap_items(int a, int b)
+{
+    char name[dlg_name_len];
+    char path[dlg_path_len];
+    std::memcpy(name, g_name[a], sizeof name);
+    std::memcpy(g_name[a], g_name[b], sizeof name);
+    std::memcpy(g_name[b], name, sizeof name);
+    std::memcpy(path, g_path[a], sizeof path);
+    std::memcpy(g_path[a], g_path[b], sizeof path);
+    std::memcpy(g_path[b], path, sizeof path);
+    int folder = g_is_folder[a];
+    g_is_folder[a] = g_is_folder[b];
+    g_is_folder[b] = folder;
+}
+
+static int stays_in_place(const char* name) { return (unsigned char)name[0] > 0x7F; }
+
+void sort_dir_items(int n)
+{
+    int swapped = 1;
+    while (swapped) {
+        swapped = 0;
+        for (int k = 0; k + 1 < n; k++) {
+            if (stays_in_place(g_name[k]) || stays_in_place(g_name[k + 1])) continue;
+            if (std::strcmp(g_name[k], g_name[k + 1]) <= 0) continue;
+            swap_items(k, k + 1);
+            swapped = 1;
+        }
+    }
+}
+
+int GetDirItems(int file_type)
+{
+    DIR* dir = opendir(wrk_path);
+    if (!dir) return 0;   // a folder that can't be listed shows an empty list
+    const size_t folder_len = std::strlen(wrk_path);
+    char full[dlg_path_len + dlg_name_len];
+    int n = 0;
+    while (n < dlg_item_cap) {
+        const dirent* entry = readdir(dir);
+        if (!entry) break;
+        const char* name = entry->d_name;
+        if (std::strlen(name) > (size_t)dlg_name_len - 1) continue;
+        std::snprintf(full, sizeof full, "%s%s", wrk_path, name);
+        const int is_folder = entry_attributes(full, name) == attr_directory;
+        if (!entry_fits(folder_len, name, is_folder)) continue;
+        if (!takeit(name, file_type, is_folder)) continue;
+        C_to_C(name, g_name[n]);
+        C_to_C(full, g_path[n]);
+        g_is_folder[n] = is_folder;
+        n++;
+    }
+    closedir(dir);
+    sort_dir_items(n);
+    return n;
+}
+
+// ---- the dialog loop ------------------------------------------------------------------------------
+
+// The boxes of the dialog, window-relative: each a well of two bevels. Their
+// outlines are also the hit zones, edges included.
+struct dialog_box {
+    float x, y, w, h;
+    int raised;
+    const char* text;
+};
+
+static const dialog_box box_cancel = {10, 468, 300, 14, 1, "   Cancel    "};
+static const dialog_box box_up = {10, 447, 300, 14, 1, "Go up a level"};
+static const dialog_box box_list = {10, 34, 283, 406, 0, nullptr};
+static const dialog_box box_name = {10, 10, 300, 14, 0, nullptr};
+static const dialog_box box_strip = {296, 34, 14, 406, 0, nullptr};
+
+static int mouse_in(const dialog_box& b)
+{
+    return fltbox(mnw.mouse_x, mnw.mouse_y, b.x, b.y, b.x + b.w, b.y + b.h);
+}
+
+// Clears backward from before the closing separator to the parent's
+// separator; never below the floor, the length of the start folder.
+static void go_up_a_level(int floor_len)
+{
+    for (int k = (int)std::strlen(wrk_path) - 2; k >= 0 && k >= floor_len && wrk_path[k] != path_sep; k--)
+        wrk_path[k] = 0;
+}
+
+// The item under a click in the list, from the top row down 10 units a row;
+// -1 when the row holds none.
+static int item_under_mouse()
+{
+    int item = (int)((float)g_item_top + (437.0f - mnw.mouse_y) * 0.1f);
+    return item >= 0 && item < g_num_items ? item : -1;
+}
+
+static void enter_folder(int item)
+{
+    if (std::strlen(wrk_path) + std::strlen(g_name[item]) + 1 > (size_t)dlg_path_len - 1) return;
+    app_C(wrk_path, g_name[item]);
+    app_C(wrk_path, path_sep_str);
+}
+
+// The drag of the scroll strip starts with the button in the strip and goes on
+// wherever the mouse moves until the button comes up.
+static int follow_drag(int dragging)
+{
+    if (!mnw.mouse_down) dragging = 0;
+    if ((mnw.mouse_click || mnw.mouse_down) && mouse_in(box_strip)) dragging = 1;
+    if (dragging) g_item_top = (int)interp(41, (float)(g_num_items - 1), 433, 0, mnw.mouse_y, 1);
+    return dragging;
+}
+
+// a and then b into dst, cut to size - 1 characters and terminated.
+static void join_cut(const char* a, const char* b, char* dst, size_t size)
+{
+    size_t k = 0;
+    for (; *a && k + 1 < size; a++) dst[k++] = *a;
+    for (; *b && k + 1 < size; b++) dst[k++] = *b;
+    dst[k] = 0;
+}
+
+static void take_typed_name(char* name, char* path)
+{
+    char joined[dlg_path_len];
+    join_cut(wrk_path, g_cs_input, joined, sizeof joined);
+    C_to_C(g_cs_input, name);
+    C_to_C(joined, path);
+}
+
+int MACIBM_opensave(int win_id, int file_type, char* name, char* path)
+{
+    const int caller_win = mnw.win_id;
+    g_file_type = file_type;
+    int floor_len = (int)std::strlen(app_path);
+    const dialog_file_type* t = dialog_type_of(file_type);
+    if (t && t->start_folder) {
+        C_to_C(t->start_folder, wrk_path);
+        floor_len = (int)std::strlen(wrk_path);
+    }
+    g_item_top = 0;
+    g_item_bot = 999;
+    int dragging = 0;
+    MACIBM_startwind(win_id);
+    join_cut(name, "", g_cs_input, sizeof g_cs_input);
+    g_num_items = GetDirItems(file_type);   // the first frame shows this folder, not the last one's
+
+    while (mnw.win_id == win_id) {
+        g_item_top = intlim(g_item_top, 0, g_num_items - 1);
+        g_item_bot = intmin2(g_item_top + dlg_rows - 1, g_num_items - 1);
+        MACIBM_event_proc();
+        if (mnw.win_id != win_id) return 0;   // closed from elsewhere, an alert over it
+        g_num_items = GetDirItems(file_type);   // the list follows the disk
+        if (win_id == win_save_dialog && return_hit) {
+            take_typed_name(name, path);
+            MACIBM_startwind(caller_win);
+            return 1;
+        }
+        dragging = follow_drag(dragging);
+        if (!mnw.mouse_click) continue;
+        if (mouse_in(box_cancel)) {
+            MACIBM_startwind(caller_win);
+            return 0;
+        }
+        if (mouse_in(box_up)) go_up_a_level(floor_len);
+        if (!mouse_in(box_list)) continue;
+        const int item = item_under_mouse();
+        if (item < 0) continue;
+        if (g_is_folder[item]) {
+            enter_folder(item);   // g_item_top is limited in the next round
+        } else if (win_id == win_open_dialog) {
+            C_to_C(g_name[item], name);
+            C_to_C(g_path[item], path);
+            MACIBM_startwind(caller_win);
+            return 1;
+        }
+    }
+    return 0;
+}
+
+// ---- drawing ------------------------------------------------------------------------------------
+
+const int col_dlg_text = 30;     // button texts and the wells' black fill
+const int col_dlg_folder = 78;   // folder names, icons and the label
+const int col_dlg_file = 65;     // file names and the typed name
+const int col_knob = 67;
+const int col_knob_light = 65;
+const int col_knob_dark = 69;
+const int col_cursor = 56;       // pulses
+
+static void draw_well(const dialog_box& b)
+{
+    MACIBM_button(b.x, b.y, b.x + b.w, b.y + b.h, b.raised);
+    MACIBM_button(b.x - 1, b.y - 1, b.x + b.w + 1, b.y + b.h + 1, b.raised);
+    if (b.text) OGL_string(col_dlg_text, b.x + 112, b.y + 4, b.text, 999, 6, 101);
+}
+
+static void draw_folder_icon(float y)
+{
+    static const float outline[9][2] = {{15, 0}, {15, 5}, {16, 5}, {18, 7}, {20, 7},
+                                        {22, 5}, {25, 5}, {25, 0}, {15, 0}};
+    for (int k = 0; k < 8; k++)
+        OGL_line(col_dlg_folder, outline[k][0], y + outline[k][1], outline[k + 1][0], y + outline[k + 1][1]);
+}
+
+static void draw_rows()
+{
+    if (g_num_items <= 0) return;
+    for (int i = g_item_top; i <= g_item_bot; i++) {
+        const float y = 429.0f - 10.0f * (float)(i - g_item_top);
+        OGL_string(g_is_folder[i] ? col_dlg_folder : col_dlg_file, 30, y, g_name[i], 190, 6, 101);
+        if (g_is_folder[i]) draw_folder_icon(y);
+    }
+}
+
+// Two bevels, light left and top, dark right and bottom, with inset i.
+static void draw_knob_bevel(float k, float inset)
+{
+    const float x1 = 297 + inset, x2 = 309 - inset, y1 = k + inset, y2 = k + 12 - inset;
+    OGL_line(col_knob_light, x1, y1, x1, y2);
+    OGL_line(col_knob_light, x1, y2, x2, y2);
+    OGL_line(col_knob_dark, x2, y2, x2, y1);
+    OGL_line(col_knob_dark, x2, y1, x1, y1);
+}
+
+static void draw_knob()
+{
+    if (g_num_items <= 1) return;
+    const float k = interp(0, 434, (float)(g_num_items - 1), 42, (float)g_item_top, 1) - 7;
+    OGL_fillrect(col_knob, 297, k, 13, 13);
+    draw_knob_bevel(k, 0);
+    draw_knob_bevel(k, 1);
+}
+
+static void draw_name_line()
+{
+    const float cursor_x = 16.0f + 6.0f * (float)std::strlen(g_cs_input);
+    OGL_string(col_dlg_file, 15, 14, g_cs_input, 510, 6, 101);
+    OGL_line(col_cursor, cursor_x, 13, cursor_x, 21);
+}
+
+void opensave_update()
+{
+    const dialog_box* wells[5] = {&box_cancel, &box_up, &box_list, &box_name, &box_strip};
+    for (const dialog_box* b : wells) draw_well(*b);
+    OGL_fillrect(col_dlg_text, 11, 35, 282, 405);
+    OGL_fillrect(col_dlg_text, 11, 11, 299, 13);
+    OGL_fillrect(col_dlg_text, 297, 35, 13, 405);
+    const dialog_file_type* t = dialog_type_of(g_file_type);
+    if (t && t->label) {
+        // Covers the up-a-level button, whose zone stays active.
+        OGL_fillrect(col_dlg_text, 11, 448, 299, 13);
+        OGL_string(col_dlg_folder, 15, 451, t->label, 999, 6, 101);
+    }
+    draw_rows();
+    draw_knob();
+    if (mnw.win_id == win_save_dialog) draw_name_line();
+}

@@ -51,3 +51,47 @@ void fio_nav_line(int* type, float* lat, float* lon, float* h, int* frq,
 // The preference files: which 0 the editor's, 2 the display mode's; mode 5
 // reads, 6 writes. 1 when the file could be opened.
 int handle_prefs(int which, int mode, char* path);
+
+// ==== the open and save dialog ===============================================================
+// The system's own file chooser: a modal window (998 open, 999 save) that lists
+// one folder, wrk_path, with a Cancel and a "Go up a level" button.
+
+const int dlg_item_cap = 200;       // items the list holds
+const int dlg_name_len = 32;        // item names: 31 characters and a terminator
+const int dlg_path_len = 500;       // item paths: 499 characters and a terminator
+const int dlg_rows = 40;            // rows the list shows
+
+const int win_open_dialog = 998;
+const int win_save_dialog = 999;
+
+// File types of the dialog: what is listed beside folders, and where it starts.
+const int ftype_afl = 146;          // names ending in afl, from wrk_path
+const int ftype_acf = 147;          // names ending in acf, from wrk_path
+const int ftype_situation = 148;    // all, from sit_path
+const int ftype_logbook = 149;      // all, from log_path
+const int ftype_ter_tex = 151;      // names ending in bmp, from ter_path
+const int ftype_object = 152;       // names ending in obj, from obj_path
+const int ftype_all = 157;          // all, from wrk_path
+
+extern char g_name[dlg_item_cap][dlg_name_len];   // item names, without a folder
+extern char g_path[dlg_item_cap][dlg_path_len];   // wrk_path and the name
+extern int g_is_folder[dlg_item_cap];
+extern int g_num_items;    // valid items, from index 0
+extern int g_item_top;     // item in the list's first row
+extern int g_item_bot;     // item in the last row shown
+extern int g_file_type;    // the open dialog's file type, for opensave_update
+
+// 1 if an entry of that name belongs in the list of a dialog of file_type.
+int takeit(const char* name, int file_type, int is_folder);
+// Lists wrk_path into the item tables, sorted; returns the number of items.
+int GetDirItems(int file_type);
+// The bubble sort of the first n items by name; names that begin with a byte
+// above 0x7F stay where they are, and nothing moves past them.
+void sort_dir_items(int n);
+// Runs the dialog until the user chooses or cancels. 1 when a file was chosen:
+// then name (at least dlg_name_len chars; 500 for window 999, which takes the
+// typed line) and path (dlg_path_len chars) are set. 0 otherwise, with both
+// left as they were.
+int MACIBM_opensave(int win_id, int file_type, char* name, char* path);
+// Draws the dialog; the frame calls it for windows 998 and 999.
+void opensave_update();
