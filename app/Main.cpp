@@ -1,6 +1,8 @@
 // Start-up of the editor: the defaults, the flat tile, the open tile and the
 // two world databases, then frames until the quit command ends the run.
 #include "app/Main.h"
+#include "app/Screens.h"
+#include "app/Terrain.h"
 #include "app/Utils.h"
 #include "hl/Hl_file.h"
 #include "hl/Hl_funct.h"
@@ -274,5 +276,89 @@ void cycle_tool()
         if (msc.obj_tool == 0) msc.obj_tool = 96;
         else if (msc.obj_tool == 96) msc.obj_tool = 95;
         else if (msc.obj_tool == 95) msc.obj_tool = 0;
+    }
+}
+
+// ---- commands and keys ----------------------------------------------------------------------
+
+static int on_map_screen() { return msc.screen == cmd_screen_terrain || msc.screen == cmd_screen_obstacles; }
+
+static void quit()
+{
+    // The save prompts for the tile, the airports and the navaids join here.
+    handle_prefs(0, 6, gen_path);
+    gdone = 1;
+}
+
+static void change_screen(int screen)
+{
+    msc.screen = screen;
+    MACIBM_startwind(0);
+}
+
+void APPLICATION_handlemenu(int command)
+{
+    if (command == cmd_about) MACIBM_alert("", "", "", "", alert_about);
+    if (command == cmd_save_tile) writeout(store_tile);
+    if (command == cmd_save_airports) writeout(store_airports);
+    if (command == cmd_save_navaids) writeout(store_navaids);
+    if (command == cmd_quit) quit();
+    if (intrange(command, cmd_screen_terrain, cmd_screen_navaids)) change_screen(command);
+    if (intrange(command, cmd_pan_up, cmd_zoom_out)) handle_zoom(command);
+    if (!on_map_screen()) return;
+    if (command == cmd_cycle_tool) cycle_tool();
+    if (command == cmd_toggle_overlay) msc.show_tex = msc.show_tex == 0 ? 1 : 0;
+    if (command == cmd_flatten_water) flatten_water();
+}
+
+void APPLICATION_handlekey(int arrow_flag, int key)
+{
+    if (arrow_flag) {
+        if (key == key_arrow_up) APPLICATION_handlemenu(cmd_pan_up);
+        if (key == key_arrow_down) APPLICATION_handlemenu(cmd_pan_down);
+        if (key == key_arrow_left) APPLICATION_handlemenu(cmd_pan_left);
+        if (key == key_arrow_right) APPLICATION_handlemenu(cmd_pan_right);
+        return;
+    }
+    if (key == '+' || key == '=') APPLICATION_handlemenu(cmd_zoom_in);
+    if (key == '-' || key == '_') APPLICATION_handlemenu(cmd_zoom_out);
+    if (key == 'm' || key == 'M') APPLICATION_handlemenu(cmd_cycle_tool);
+    if (key == ' ') APPLICATION_handlemenu(cmd_toggle_overlay);
+}
+
+// ---- one frame of the main screen ------------------------------------------------------------
+
+// Degrees, minutes and seconds, each truncated toward zero and keeping the
+// sign; the seconds are rounded and may come out as 60.
+static void draw_degrees(float v, float y)
+{
+    const int col = 7;
+    int d = (int)v;
+    int m = (int)((v - d) * 60);
+    int s = intround(((v - d) - m / 60.0f) * 3600);
+    OGL_number(col, 20, y, (float)d, 3, 0, 6, 1, 101);
+    OGL_number(col, 50, y, (float)m, 2, 0, 6, 1, 101);
+    OGL_number(col, 74, y, (float)s, 2, 0, 6, 1, 101);
+    OGL_number(col, 105, y, v, 8, 5, 6, 1, 101);
+}
+
+// Where the mouse is, also outside the map.
+void draw_pointer_readout()
+{
+    draw_degrees(ret_lat(mnw.mouse_y), 30);
+    draw_degrees(ret_lon(mnw.mouse_x, mnw.mouse_y), 12);
+}
+
+void APPLICATION_update()
+{
+    if (mnw.win_id != 0) return;
+    if (msc.screen == cmd_screen_terrain) handle_map();
+    if (msc.screen == cmd_screen_obstacles) handle_obs();
+    // The airport and navaid screens join here. Any click on them marks their store.
+    if (msc.screen == cmd_screen_airports && mnw.mouse_click) msc.apt_dirty = 1;
+    if (msc.screen == cmd_screen_navaids && mnw.mouse_click) msc.nav_dirty = 1;
+    if (on_map_screen()) {
+        plot_TF_terrain();
+        draw_pointer_readout();
     }
 }

@@ -24,3 +24,12 @@ enum {
 void handle_zoom(int command);
 void flatten_water();
 void cycle_tool();
+
+// Commands, keys and one frame of the main screen.
+void APPLICATION_handlemenu(int command);
+void APPLICATION_handlekey(int arrow_flag, int key);
+void APPLICATION_update();
+void draw_pointer_readout();
+
+// Key codes of the arrows as the key map receives them.
+const int key_arrow_left = 31488, key_arrow_up = 32256, key_arrow_right = 31744, key_arrow_down = 32000;

@@ -1,5 +1,6 @@
 // The platform layer on Linux.
 #include "platform/Hl_mnw.h"
+#include "app/Main.h"
 #include "hl/Hl_funct.h"
 #include "hl/Hl_file.h"
 #include "hl/Hl_types.h"
@@ -19,7 +20,6 @@
 
 std::ofstream err;
 int ogl_ready;
-char g_cs1[500], g_cs2[500], g_cs3[500], g_cs4[500];
 
 // ---- the two base folders -----------------------------------------------------------
 
@@ -338,6 +338,17 @@ static void release_window()
 
 // ---- start and end --------------------------------------------------------------------
 
+// The font atlases, the menu background and the spare font. A missing file
+// shows as white, with no message.
+static void load_interface_textures()
+{
+    int width, height;
+    OGL_texbmp(-100, 156, 0, -105, "Norsuite Resources:textures:paneltext", &width, &height, 1.0f);
+    OGL_texbmp(-100, 128, 0, 0, "Norsuite Resources:textures:interface:menuitems", &width, &height, 1.0f);
+    OGL_texbmp(-100, 154, 0, -105, "Norsuite Resources:textures:interfacetext", &width, &height, 1.0f);
+    OGL_texbmp(-100, 155, 0, -105, "Norsuite Resources:textures:interfacetext_alt", &width, &height, 1.0f);
+}
+
 void MACIBM_init()
 {
     if (!platform_video_up())
@@ -358,10 +369,10 @@ void MACIBM_init()
     start_black();
     OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
     ogl_ready = 1;
-    // The interface textures (OGL_texbmp ids 156, 128, 154, 155) are loaded here.
+    load_interface_textures();
     // MACIBM_read_menus("Tile-Forger.txt") joins here.
     gdone = 0;
-    // MACIBM_startwind(-1) joins here: it bakes the splash into the background.
+    MACIBM_startwind(-1);
 }
 
 void MACIBM_finishup()
@@ -371,93 +382,102 @@ void MACIBM_finishup()
     release_window();
 }
 
-// ---- alerts ---------------------------------------------------------------------------
-
-static const char* const about_lines[4] = {
-    "Tile-Forger, the scenery editor of the Norsuite family, by the Norvane team.",
-    "Norsuite Version 5.54.",
-    "Questions and reports go to the Norvane support desk named in the manual.",
-    "Updates of Norvane and its tools are on the Norvane web site.",
-};
-
-// One line in the log for every alert. For kind 107 the fourth argument is a
-// number, and the log shows it as the alert does.
-static void log_alert(const char* l1, const char* l2, const char* l3, const char* l4)
-{
-    if (!err.is_open()) err.open("Error.out", std::ios::out | std::ios::app);
-    err << "MACIBM_alert: " << l1 << " " << l2 << " " << l3 << " " << l4
-        << ", GetLastError=" << platform_last_error() << ", winerror.h for strings" << line_end;
-    err.flush();
-}
-
-static void show_without_window()
-{
-    std::fprintf(stderr, "Norsuite Message\n%s\n\n%s\n\n%s\n\n%s\n", g_cs1, g_cs2, g_cs3, g_cs4);
-    std::fflush(stderr);
-}
-
-// Before the system can draw its own alert: the platform's message box, or
-// standard error when no display is up to show one.
-static void show_message_box()
-{
-    char text[4 * 500 + 8];
-    std::snprintf(text, sizeof text, "%s\n\n%s\n\n%s\n\n%s", g_cs1, g_cs2, g_cs3, g_cs4);
-    if (SDL_WasInit(SDL_INIT_VIDEO) &&
-        SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_INFORMATION, "Norsuite Message", text, nullptr) == 0)
-        return;
-    show_without_window();
-}
-
-void MACIBM_alert(const char* line1, const char* line2, const char* line3,
-                  const void* line4, int kind)
-{
-    char number[16] = {0};
-    const char* fourth = (const char*)line4;
-    if (kind == alert_fatal_number) {
-        int_to_str(*(const int*)line4, number);
-        fourth = number;
-    }
-    log_alert(line1, line2, line3, fourth);
-    C_to_C(line1, g_cs1);
-    C_to_C(line2, g_cs2);
-    C_to_C(line3, g_cs3);
-    C_to_C(fourth, g_cs4);
-    if (kind == alert_about) {
-        C_to_C(about_lines[0], g_cs1);
-        C_to_C(about_lines[1], g_cs2);
-        C_to_C(about_lines[2], g_cs3);
-        C_to_C(about_lines[3], g_cs4);
-    }
-    if (!ogl_ready) show_message_box();
-    else show_without_window();   // the alert window (996) and its frame loop join here
-    if (kind == alert_fatal || kind == alert_fatal_number) {
-        gdone = 1;
-        MACIBM_finishup();
-        std::exit(0);
-    }
-}
-
-// The splash progress block. It acts only while the splash is up.
-void MACIBM_showinit(int advance)
-{
-    (void)advance;
-    if (mnw.win_id != -1) return;
-}
-
 void* active_inst;
 int active_windstyle;
 
 
-// The bevel of a button: left and top edges in one colour, right and bottom in
-// the other. Light over dark reads as raised, dark over light as pressed.
-void MACIBM_button(float x1, float y1, float x2, float y2, int raised)
+// ---- windows --------------------------------------------------------------------------------
+
+// Title and size of each window. Its origin centres it on the canvas, 5 lower
+// for a modal window, to leave room for the title strip above it.
+struct window_kind {
+    int id;
+    const char* title;
+    float w, h;
+};
+
+static const window_kind window_table[] = {
+    {-1, "", 800, 600},       {0, "", 800, 600},          {996, "ALERT", 400, 195},
+    {997, "ALERT", 300, 100}, {998, "OPEN", 320, 487},    {999, "SAVE", 320, 487},
+};
+
+// Any id outside the table would get the main screen's whole canvas.
+static const window_kind& window_of(int id)
 {
-    int first = raised ? col_light_edge : col_dark_edge;
-    int second = raised ? col_dark_edge : col_light_edge;
-    OGL_line(first, x1, y1, x1, y2);
-    OGL_line(first, x1, y2, x2, y2);
-    OGL_line(second, x2, y2, x2, y1);
-    OGL_line(second, x2, y1, x1, y1);
+    for (const window_kind& k : window_table)
+        if (k.id == id) return k;
+    return window_table[1];
+}
+
+static void set_window_geometry(const window_kind& win)
+{
+    mnw.win_w = win.w;
+    mnw.win_h = win.h;
+    mnw.win_x = (float)intround((800.0f - win.w) * 0.5f);
+    mnw.win_y = (float)intround((600.0f - win.h) * 0.5f) - (win.id > 0 ? 5.0f : 0.0f);
+}
+
+// The static labels of each screen, msc.screen 200 to 203.
+static const char* const screen_panels[4] = {
+    "Norsuite Resources:bitmaps:TileFrgr:TF_MAP",
+    "Norsuite Resources:bitmaps:TileFrgr:TF_OBS",
+    "Norsuite Resources:bitmaps:TileFrgr:TF_APT",
+    "Norsuite Resources:bitmaps:TileFrgr:TF_NAV",
+};
+
+// A screen outside 200 to 203 has no panel: its background stays transparent.
+static void paint_screen_panel()
+{
+    if (!intrange(msc.screen, 200, 203)) return;
+    int width, height;
+    OGL_texbmp(-101, 0, 0, 0, screen_panels[msc.screen - 200], &width, &height, 1.0f);
+}
+
+// The frame of a modal window, w by h from its origin: a dark border with room
+// for the title strip above, three bevels, the title in the 5 by 7 patterns,
+// and three engraved lines left and right of the title where there is room.
+static void bake_window_frame(const window_kind& win)
+{
+    const int col_face = 12;
+    const float w = win.w, h = win.h;
+    OGL_fillrect(col_frame, -5, -5, w + 10, h + 20);
+    OGL_fillrect(col_face, 0, 0, w, h);
+    MACIBM_button(-1, -1, w, h, 0);
+    MACIBM_button(-5, -5, w + 4, h + 14, 1);
+    MACIBM_button(-6, -6, w + 5, h + 15, 1);
+    const int half = 6 * (int)std::strlen(win.title) / 2;
+    const float mid = w / 2;
+    OGL_string(col_dark_edge, mid - half + 1, h + 3, win.title, w - 6, 6, 101);
+    OGL_string(col_light_edge, mid - half, h + 4, win.title, w - 6, 6, 101);
+    const float a = mid - half - 5, b = mid + half + 4;
+    if (!(a > 14 && w - 15 > b)) return;
+    for (int k = 1; k <= 3; k++) {
+        const float y = h + 3 * k;
+        OGL_line(col_dark_edge, 14, y + 2, a, y + 2);
+        OGL_line(col_dark_edge, b, y + 2, w - 15, y + 2);
+        OGL_line(col_face, 14, y + 1, a, y + 1);
+        OGL_line(col_face, b, y + 1, w - 15, y + 1);
+    }
+}
+
+// Opens a window: drops the mouse state and any open menu, then bakes the
+// window's static picture into the 35 panel tiles that each frame draws first.
+void MACIBM_startwind(int id)
+{
+    mnw.mouse_down = 0;
+    g_cs_input[0] = 0;
+    mnw.open_menu = -1;
+    mnw.win_id = id;
+    mnw.mouse_click = 0;
+    std::memset(rgb_array, 0, sizeof rgb_array);
+    to_array = 1;
+    const window_kind& win = window_of(id);
+    set_window_geometry(win);
+    if (id > 0) bake_window_frame(win);
+    if (id == 0) paint_screen_panel();
+    if (id == -1) bake_splash();
+    load_rgbarray_into_baktex(0);
+    to_array = 0;
 }
 
 // ---- the window procedure ------------------------------------------------------------------
@@ -478,7 +498,7 @@ static void paint()
 {
     void* kept = active_dc;
     active_dc = mnw.hwnd;   // the paint bracket's target is the window itself here
-    // MACIBM_startwind(mnw.win_id) joins here: it bakes the current window's background.
+    MACIBM_startwind(mnw.win_id);
     active_dc = kept;
     have_done_first_update = 1;
 }
@@ -488,8 +508,7 @@ long IBM_handlewin(void* hwnd, unsigned int msg, unsigned long wparam, long lpar
     (void)hwnd;
     switch (msg) {
     case msg_keydown:
-        // MACIBM_handlekey((int)wparam) joins here.
-        (void)wparam;
+        MACIBM_handlekey((int)wparam);
         break;
     case msg_mousemove:
         mouse_moved(lparam);
@@ -509,7 +528,7 @@ long IBM_handlewin(void* hwnd, unsigned int msg, unsigned long wparam, long lpar
         paint();
         break;
     case msg_destroy:
-        // MACIBM_startwind(0) joins here.
+        MACIBM_startwind(0);
         break;
     }
     return 0;
@@ -545,13 +564,27 @@ int platform_key_code(int key)
     return 0;
 }
 
+// Puts a key-down into the platform's queue as if typed: the next frame
+// handles it. Scripted sessions and tests answer alerts this way.
+void platform_push_key_code(int code)
+{
+    SDL_Event e = {};
+    e.type = SDL_KEYDOWN;
+    e.key.state = SDL_PRESSED;
+    if (code >= 0x41 && code <= 0x5A) e.key.keysym.sym = SDLK_a + (code - 0x41);
+    if (code >= 0x30 && code <= 0x39) e.key.keysym.sym = SDLK_0 + (code - 0x30);
+    for (const auto& pair : key_codes)
+        if (pair[1] == code && e.key.keysym.sym == 0) e.key.keysym.sym = pair[0];
+    SDL_PushEvent(&e);
+}
+
 int platform_shift_down() { return (SDL_GetModState() & KMOD_SHIFT) ? 1 : 0; }
 
 // A close from outside (the window manager's close button, an end signal).
 static void close_from_outside()
 {
-    // Command 104 joins here, so that the user gets the save prompts; it sets gdone itself.
-    gdone = 1;
+    // The quit command, so that the user gets the save prompts; it sets gdone itself.
+    APPLICATION_handlemenu(104);
 }
 
 static void mouse_button(const SDL_MouseButtonEvent& b, int down)
@@ -692,14 +725,18 @@ static void pulse_colours()
 static void draw_current_window()
 {
     switch (mnw.win_id) {
-    case 996:   // the alert's four lines and its O.K. button join here
+    case 996:
+        draw_alert_window();
         break;
-    case 997:   // the save prompt's question and its three buttons join here
+    case 997:
+        draw_save_prompt();
         break;
     case 998:
-    case 999:   // opensave_update() joins here
+    case 999:   // the open and save dialog
+        opensave_update();
         break;
-    default:    // APPLICATION_update() joins here: the current screen and its controls
+    default:    // the current screen and its controls
+        APPLICATION_update();
         break;
     }
 }
@@ -742,7 +779,7 @@ void MACIBM_draw_tooltip()
     MACIBM_button(x - 1, y - 1, x2, y2, 0);
     MACIBM_button(x - 5, y - 5, x2 + 5, y2 + 5, 1);
     MACIBM_button(x - 6, y - 6, x2 + 4, y2 + 4, 1);
-    // OGL_string(78, x + 3, y2 - 10, mnw.tip, w - 6, 6, 101) joins here: the help text.
+    OGL_string(78, x + 3, y2 - 10, mnw.tip, w - 6, 6, 101);
 }
 
 // One frame. Nested calls from modal loops run the same steps on the same state.
@@ -760,10 +797,83 @@ void MACIBM_event_proc()
     track_mouse_rest();
     auto_repeat();
     pulse_colours();
-    // OGL_plot_background() joins here: the baked panel of the current window.
+    OGL_plot_background();
     draw_current_window();
     // The menu bar (window 0) and the open menu join here, with the text layer.
     if (is_3dfx) draw_pointer();
     if (MACIBM_tooltip_due()) MACIBM_draw_tooltip();
     OGL_sbuf();
+}
+
+// ---- keyboard entry --------------------------------------------------------------------------
+
+char g_cs_input[500];
+
+const int vk_backspace = 0x08, vk_return = 0x0D, vk_shift = 0x10;
+const int vk_left = 0x25, vk_up = 0x26, vk_right = 0x27, vk_down = 0x28;
+
+// Code of an arrow as the key map takes it, or 0 for any other key.
+static int arrow_code(int key)
+{
+    if (key == vk_left) return 31488;
+    if (key == vk_up) return 32256;
+    if (key == vk_right) return 31744;
+    if (key == vk_down) return 32000;
+    return 0;
+}
+
+// The character of a key code, by the Shift state. Caps Lock is not read.
+char key_character(int key, int shift)
+{
+    static const char shifted_digits[10] = {')', '!', '@', '#', '$', '%', '^', '&', '*', '('};
+    static const int punctuation[10][3] = {
+        {0xBD, '-', '_'}, {0xBB, '=', '+'}, {0xDB, '[', '{'}, {0xDD, ']', '}'}, {0xBA, ';', ':'},
+        {0xBC, ',', '<'}, {0xBE, '.', '>'}, {0xBF, '/', '?'}, {0xC0, '`', '~'}, {0xDC, '\\', '|'},
+    };
+    int low = key & 0xFF;
+    if (low >= 0x41 && low <= 0x5A) return (char)(shift ? low : low + 0x20);
+    if (low >= 0x30 && low <= 0x39) return shift ? shifted_digits[low - 0x30] : (char)low;
+    for (const auto& p : punctuation)
+        if (p[0] == low) return (char)(shift ? p[2] : p[1]);
+    return (char)low;
+}
+
+// The name of the selected record on the airport and navaid screens is the
+// text under entry; other screens edit only g_cs_input.
+static char* name_under_entry()
+{
+    if (msc.screen == 202) return apt_name[msc.apt_sel];
+    if (msc.screen == 203) return nav_name[msc.nav_sel];
+    return nullptr;
+}
+
+// A name row holds 39 characters: a key beyond that changes nothing, so
+// the row after it is never touched.
+static void store_name(char* name)
+{
+    if (name && std::strlen(g_cs_input) < (size_t)name_len) C_to_C(g_cs_input, name);
+}
+
+static void edit_text(int key, char c)
+{
+    char* name = name_under_entry();
+    if (name) C_to_C(name, g_cs_input);
+    int n = intlim((int)std::strlen(g_cs_input), 0, 175);
+    if (key == vk_backspace) {
+        if (n > 0) g_cs_input[n - 1] = 0;
+    } else if (key != vk_shift && key != vk_return) {
+        g_cs_input[n] = c;
+        g_cs_input[n + 1] = 0;
+    }
+    store_name(name);
+}
+
+void MACIBM_handlekey(int key)
+{
+    int arrow = arrow_code(key);
+    char c = key_character(key, platform_shift_down());
+    if (key == vk_return) return_hit = 1;
+    if (mnw.win_id != 999) APPLICATION_handlekey(arrow != 0, arrow ? arrow : c);
+    if (arrow || c == '+' || c == '=' || c == '-' || c == '_') return;
+    edit_text(key, c);
 }

@@ -22,7 +22,14 @@ void MACIBM_finishup();
 void MACIBM_alert(const char* line1, const char* line2, const char* line3,
                   const void* line4, int kind);
 void MACIBM_showinit(int advance);
-void MACIBM_startwind(int id);         // the one way of changing windows: bakes its panel
+void MACIBM_startwind(int id);
+int MACIBM_nuke_alert(const char* name);   // 1 Save, 2 Don't Save, 3 Cancel
+void draw_alert_window();
+void draw_save_prompt();
+void bake_splash();
+void MACIBM_handlekey(int key);         // one key-down, with its virtual-key code
+extern char g_cs_input[500];           // the one text entry line
+char key_character(int key, int shift); // the character a key code types         // the one way of changing windows: bakes its panel
 void MACIBM_button(float x1, float y1, float x2, float y2, int raised);
 
 // Platform answers used by the start-up.
@@ -66,6 +73,7 @@ void platform_take_messages();
 // The key code of a platform key (virtual-key numbering), 0 when it has none.
 int platform_key_code(int sdl_key);
 int platform_shift_down();
+void platform_push_key_code(int code);   // a key-down into the queue, as if typed
 
 // ---- the frame pump ------------------------------------------------------------------------
 extern int return_hit;               // Return went down in this frame

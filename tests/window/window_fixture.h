@@ -31,6 +31,7 @@ inline void bring_up_platform()
     setenv("XDG_CONFIG_HOME", test_folder, 1);
     active_windstyle = 1;
     MACIBM_init();
+    mnw.win_id = 0;   // the splash ends with the first frame, as in the editor
 }
 
 // Main window at the canvas's own size, OpenGL target, empty buffers.
