@@ -283,9 +283,13 @@ void cycle_tool()
 
 static int on_map_screen() { return msc.screen == cmd_screen_terrain || msc.screen == cmd_screen_obstacles; }
 
+// Asks for each changed store in turn; a Cancel ends the quit there, with
+// whatever the earlier prompts saved.
 static void quit()
 {
-    // The save prompts for the tile, the airports and the navaids join here.
+    if (!handle_save(store_tile, msc.ter_dirty)) return;
+    if (!handle_save(store_airports, msc.apt_dirty)) return;
+    if (!handle_save(store_navaids, msc.nav_dirty)) return;
     handle_prefs(0, 6, gen_path);
     gdone = 1;
 }

@@ -1,9 +1,219 @@
-// The handlers of the terrain and obstacle screens. Their controls join as
-// the screens are built; what each does on every frame already is derive the
-// tile's textures from the user's data, as its last act.
+// The terrain screen: the tile selector, zoom and pan, the five tools on the
+// map, the elevation of the selected vertex and the list of custom textures.
+// Each call draws the controls and reacts to this frame's mouse at once.
 #include "app/Screens.h"
+#include "app/Main.h"
+#include "app/Panel_layout.h"
+#include "app/Terrain.h"
+#include "app/Utils.h"
+#include "hl/Hl_btn.h"
+#include "hl/Hl_file.h"
 #include "hl/Hl_funct.h"
+#include "hl/Hl_graph.h"
+#include "hl/Hl_types.h"
+#include "platform/Hl_mnw.h"
 
-void handle_map() { assign_terrain_texes(0, 0); }
+#include <cmath>
+#include <cstring>
 
+int tex_list_top;
+
+const int col_value = 7, col_slot_number = 3;
+const int tool_move = 0, tool_select = 1, tool_water = 2, tool_rotate = 3, tool_paint = 4;
+const int last_list_top = tex_slot_cap - 9;   // 491: slot 499 in the last row
+
+static int mouse_in(const panel_box& b) { return fltbox(mnw.mouse_x, mnw.mouse_y, b.x1, b.y1, b.x2, b.y2); }
+
+// ---- tile selector ---------------------------------------------------------------------------
+
+// A click on a digit opens the neighbouring tile at once, once the open one
+// is saved or given up; Cancel keeps it, and the spinners show it again.
+static void tile_selector()
+{
+    float lat = (float)intround(msc.lat), lon = (float)intround(msc.lon);
+    instdbtn(col_value, ter_lat_spinner.x, ter_lat_spinner.y, &lat, ter_lat_spinner.digits, 0, 1,
+             "This is the latitude of the lower-left (south-west) corner of the env file currently displayed.");
+    instdbtn(col_value, ter_lon_spinner.x, ter_lon_spinner.y, &lon, ter_lon_spinner.digits, 0, 1,
+             "This is the longitude of the lower-left (south-west) corner of the env file currently displayed.");
+    if (intround(lat) == intround(msc.lat) && intround(lon) == intround(msc.lon)) return;
+    if (!handle_save(store_tile, msc.ter_dirty)) return;
+    tex_list_top = 0;
+    msc.lat = lat;
+    msc.lon = lon;
+    read_terrain();
+}
+
+static void zoom_and_pan()
+{
+    if (!mnw.mouse_click) return;
+    const struct { const panel_box* box; int command; } buttons[6] = {
+        {&zoom_in_box, cmd_zoom_in}, {&zoom_out_box, cmd_zoom_out}, {&pan_up_box, cmd_pan_up},
+        {&pan_left_box, cmd_pan_left}, {&pan_right_box, cmd_pan_right}, {&pan_down_box, cmd_pan_down},
+    };
+    for (const auto& b : buttons)
+        if (mouse_in(*b.box)) APPLICATION_handlemenu(b.command);
+}
+
+// ---- the tools on the map --------------------------------------------------------------------
+
+// The nearest inner vertex by Manhattan distance, in the places of the last
+// frame; on a tie the first in scan order stays. The outline can't be taken.
+int nearest_vertex(float x, float y, int* row, int* col)
+{
+    float best = 9999;
+    int found = 0;
+    for (int i = 1; i < grid_i; i++)
+        for (int j = 1; j < grid_j; j++) {
+            float d = std::fabs(y - flt_ploty[i][j]) + std::fabs(x - flt_plotx[i][j]);
+            if (!(d < best)) continue;
+            best = d;
+            *row = i;
+            *col = j;
+            found = 1;
+        }
+    return found;
+}
+
+// The cell as the quadrilateral drawn, edges clockwise with y negated; a
+// point exactly on an edge is in neither cell.
+int cell_holds(int i, int j, float x, float y)
+{
+    const int ci[5] = {i, i, i + 1, i + 1, i};
+    const int cj[5] = {j, j + 1, j + 1, j, j};
+    for (int k = 0; k < 4; k++)
+        if (!inside_cw_reg(flt_plotx[ci[k]][cj[k]], -flt_ploty[ci[k]][cj[k]], flt_plotx[ci[k + 1]][cj[k + 1]],
+                           -flt_ploty[ci[k + 1]][cj[k + 1]], x, -y, 0))
+            return 0;
+    return 1;
+}
+
+// A quarter turn, judged by the s values: r0, r1, r2, r3, then r0 again.
+void rotate_cell(int i, int j)
+{
+    float s00 = planest[i][j][0][0][0], s01 = planest[i][j][0][1][0], s10 = planest[i][j][1][0][0];
+    int next = st_r0;
+    if (s10 - s00 > 0.5f) next = st_r1;
+    else if (s00 - s01 > 0.5f) next = st_r2;
+    else if (s00 - s10 > 0.5f) next = st_r3;
+    set_orientation(i, j, next, planetex[i][j]);
+}
+
+static void vertex_tool()
+{
+    int i = 0, j = 0;
+    if (!nearest_vertex(mnw.mouse_x, mnw.mouse_y, &i, &j)) return;
+    msc.sel_row = i;
+    msc.sel_col = j;
+    if (msc.ter_tool != tool_move) return;
+    planelat[i][j] = ret_lat(mnw.mouse_y);
+    planelon[i][j] = ret_lon(mnw.mouse_x, mnw.mouse_y);
+}
+
+static void cell_tool(int i, int j)
+{
+    if (msc.ter_tool == tool_water) is_water[i][j] = is_water[i][j] ? 0 : 1;
+    if (msc.ter_tool == tool_rotate) rotate_cell(i, j);
+    if (msc.ter_tool == tool_paint) {
+        msc.show_tex = 1;
+        planetex[i][j] = msc.ter_tex == 0 ? 0 : (unsigned int)(msc.ter_tex + 1999);
+    }
+}
+
+// Any press on the map marks the tile changed, whatever comes of it.
+static void map_tools()
+{
+    if (!mnw.mouse_down || !mouse_in(map_area_box)) return;
+    msc.ter_dirty = 1;
+    if (msc.ter_tool == tool_move || (msc.ter_tool == tool_select && mnw.mouse_click)) vertex_tool();
+    if (!mnw.mouse_click || !intrange(msc.ter_tool, tool_water, tool_paint)) return;
+    for (int i = 0; i < grid_i; i++)
+        for (int j = 0; j < grid_j; j++)
+            if (cell_holds(i, j, mnw.mouse_x, mnw.mouse_y)) cell_tool(i, j);
+}
+
+// Feet on screen, metres in the table; only an edit writes the vertex back.
+static void elevation()
+{
+    float feet = con.m_to_ft * planey[msc.sel_row][msc.sel_col];
+    if (instdbtn(col_value, ter_elev_spinner.x, ter_elev_spinner.y, &feet, ter_elev_spinner.digits, 0, 1,
+                 "This is the elevation of this point above sea level, in feet."))
+        planey[msc.sel_row][msc.sel_col] = feet * con.ft_to_m;
+}
+
+// ---- the list of custom textures -----------------------------------------------------------------
+
+static void scroll_list()
+{
+    if (!mnw.mouse_click && !mnw.mouse_repeat) return;
+    if (mouse_in(ter_list_up_box)) tex_list_top = intlim(tex_list_top - 1, 0, last_list_top);
+    if (mouse_in(ter_list_down_box)) tex_list_top = intlim(tex_list_top + 1, 0, last_list_top);
+}
+
+static void draw_list()
+{
+    for (int n = -1; n < tex_slot_cap; n++) {
+        int r = n - tex_list_top;
+        if (!intrange(r, ter_list_first_row, ter_list_last_row)) continue;
+        float y = ter_list_text_y0 - ter_list_pitch * r;
+        inonebool(ter_list_lamp_x, ter_list_lamp_y0 - ter_list_pitch * r, &msc.ter_tex, n + 1);
+        if (n == -1) {
+            OGL_string(col_value, ter_list_number_x, y, "Norvane Defaults", 999, 6, 101);
+            continue;
+        }
+        char name[name_len + 1];
+        std::memcpy(name, msc.ter_tex_name[n], name_len);   // a full slot has no terminator
+        name[name_len] = 0;
+        OGL_string(col_value, ter_list_name_x, y, name, 999, 6, 101);
+        char number[16];
+        int_to_str(n, number);
+        app_C(number, ":");
+        OGL_string(col_slot_number, ter_list_number_x, y, number, 999, 6, 101);
+    }
+}
+
+int texture_list_row(float y) { return intlim((int)std::floor((200 - y) / 15), -1, 8); }
+
+// The path of the chosen bitmap, less ter_path and the extension, names the
+// slot. A slot holds 40 bytes: a longer path is cut, and the user told.
+static void open_texture(int slot)
+{
+    char name[path_len], path[path_len];
+    name[0] = 0;
+    if (!MACIBM_opensave(998, ftype_ter_tex, name, path)) return;
+    int len = (int)std::strlen(path);
+    path[len >= 4 ? len - 4 : 0] = 0;
+    const char* relative = path + std::strlen(ter_path);
+    std::strncpy(msc.ter_tex_name[slot], relative, name_len);
+    int width, height;
+    OGL_texbmp(-100, 2000 + slot, 0, -104, path, &width, &height, 1.0f);
+    if (std::strlen(relative) >= (size_t)name_len)
+        MACIBM_alert("The total path to the texture cannot exceed 40 characters.",
+                     "This will be updated in a future version of Norvane, but you are restricted to 40 "
+                     "characters for now.",
+                     "This is for backwards-compatibility with existing ENV files.", "", alert_warning);
+}
+
+static void list_click()
+{
+    if (!mnw.mouse_click || !mouse_in(ter_list_open_box)) return;
+    int slot = texture_list_row(mnw.mouse_y) + tex_list_top;
+    if (slot <= -1) return;   // the defaults row has no file
+    open_texture(slot);
+}
+
+void handle_map()
+{
+    tile_selector();
+    zoom_and_pan();
+    for (int k = 0; k < 5; k++) inonebool(ter_tool_lamp_x, ter_tool_lamp_y[k], &msc.ter_tool, ter_tool_value[k]);
+    map_tools();
+    elevation();
+    scroll_list();
+    draw_list();
+    list_click();
+    assign_terrain_texes(0, 0);
+}
+
+// The obstacle screen's controls join here; what it does on every frame
+// already is derive the tile's textures from the user's data.
 void handle_obs() { assign_terrain_texes(0, 0); }

@@ -3,3 +3,10 @@
 
 void handle_map();
 void handle_obs();
+
+// Pieces of the terrain screen, each usable on its own.
+extern int tex_list_top;                       // the slot shown in the list's row 0
+int nearest_vertex(float x, float y, int* row, int* col);   // 1 when one was found
+int cell_holds(int i, int j, float x, float y);
+void rotate_cell(int i, int j);
+int texture_list_row(float y);                 // -1 to 8, for a click in the list

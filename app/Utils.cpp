@@ -311,3 +311,16 @@ void writeout(int kind)
     if (kind == store_airports) write_airports();
     if (kind == store_navaids) write_navaids();
 }
+
+// ---- the save prompt -----------------------------------------------------------------------
+
+// Asks before unsaved work of a store would be lost: 1 when the caller may go
+// on (saved, or given up), 0 when the user cancelled. A clean store asks nothing.
+int handle_save(int kind, int dirty)
+{
+    if (!dirty) return 1;
+    const char* name = kind == store_tile ? "Terrain file" : kind == store_airports ? "Airport file" : "Navaid file";
+    int answer = MACIBM_nuke_alert(name);
+    if (answer == 1) writeout(kind);
+    return answer == 1 || answer == 2;
+}

@@ -12,3 +12,4 @@ void tile_file_path(char* out);
 void read_coast();
 void read_terrain();
 void writeout(int kind);
+int handle_save(int kind, int dirty);
