@@ -1,55 +1,16 @@
 // The real program on the X display: its window covers the screen, it stays
 // in its frame loop, and a close from outside ends it with status 0.
 #include "bitmap_files.h"
+#include "program_run.h"
 
 #include <gtest/gtest.h>
 
-#include <X11/Xlib.h>
-
-#include <cstdio>
-#include <cstdlib>
 #include <signal.h>
-#include <string>
-#include <sys/wait.h>
-#include <unistd.h>
-
-static std::string output_of(const std::string& cmd)
-{
-    std::string out;
-    char buf[256];
-    FILE* p = popen(cmd.c_str(), "r");
-    while (p && fgets(buf, sizeof buf, p)) out += buf;
-    if (p) pclose(p);
-    return out;
-}
 
 static int field(const std::string& text, const std::string& key)
 {
     size_t at = text.find(key);
     return at == std::string::npos ? -1 : std::atoi(text.c_str() + at + key.size());
-}
-
-// The child's exit status after at most the given tenths of a second, -1 if it still runs.
-static int exit_status(pid_t pid, int tenths)
-{
-    for (int status = 0; tenths-- > 0; usleep(100000))
-        if (waitpid(pid, &status, WNOHANG) == pid) return WIFEXITED(status) ? WEXITSTATUS(status) : 999;
-    return -1;
-}
-
-// What a window manager sends when the user closes a window.
-static void send_close(Window window)
-{
-    Display* d = XOpenDisplay(nullptr);
-    ASSERT_NE(d, nullptr);
-    XEvent e = {};
-    e.xclient.type = ClientMessage;
-    e.xclient.window = window;
-    e.xclient.message_type = XInternAtom(d, "WM_PROTOCOLS", False);
-    e.xclient.format = 32;
-    e.xclient.data.l[0] = (long)XInternAtom(d, "WM_DELETE_WINDOW", False);
-    XSendEvent(d, window, False, NoEventMask, &e);
-    XCloseDisplay(d);
 }
 
 TEST(Program, WindowCoversTheScreenAndACloseFromOutsideEndsTheRun)
@@ -63,10 +24,7 @@ TEST(Program, WindowCoversTheScreenAndACloseFromOutsideEndsTheRun)
         if (chdir(dir) == 0) execl(program.c_str(), program.c_str(), (char*)nullptr);
         _exit(90);
     }
-    const std::string search = "xdotool search --all --pid " + std::to_string(pid) + " --name '^Norsuite$'";
-    Window window = 0;
-    for (int k = 0; k < 600 && !window && exit_status(pid, 1) == -1; k++)
-        window = std::strtoul(output_of(search).c_str(), nullptr, 10);
+    const Window window = find_program_window(pid, std::getenv("DISPLAY"));
     if (!window) {
         kill(pid, SIGKILL);
         std::filesystem::remove_all(dir);
@@ -81,7 +39,7 @@ TEST(Program, WindowCoversTheScreenAndACloseFromOutsideEndsTheRun)
     EXPECT_NE(info.find("IsViewable"), std::string::npos);
     EXPECT_EQ(exit_status(pid, 10), -1);   // it stays in its frame loop
 
-    send_close(window);
+    EXPECT_TRUE(send_close(std::getenv("DISPLAY"), window));
     const int status = exit_status(pid, 300);
     if (status == -1) kill(pid, SIGKILL);
     EXPECT_EQ(status, 0);
