@@ -1,0 +1,450 @@
+// The terrain view and the terrain screen on the real window: what the map
+// draws, read back from the back buffer, and what one frame of the screen does
+// with the mouse. The modal windows it raises (save prompt, open dialog,
+// alert) are answered by a scripted user riding on the pump's clock.
+#include "window_fixture.h"
+#include "app/Main.h"
+#include "app/Screens.h"
+#include "app/Terrain.h"
+#include "app/Utils.h"
+#include "hl/Hl_file.h"
+#include "hl/Hl_funct.h"
+
+#include <SDL2/SDL.h>
+
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <string>
+
+namespace fs = std::filesystem;
+
+static std::vector<unsigned char> shot;
+
+static void draw_map()
+{
+    plot_TF_terrain();
+    shot = grab_back_buffer();
+}
+
+static int shows(int x, int y, int col)
+{
+    int same = 1;
+    for (int k = 0; k < 3; k++) same &= std::abs(px_at(shot.data(), x, y)[k] - intround(col_rgb[col][k] * 255.0f)) <= 1;
+    return same;
+}
+
+static const unsigned char* cell_px(int i, int j)
+{
+    return px_at(shot.data(), (int)(flt_plotx[i][j] + flt_plotx[i + 1][j + 1]) / 2, (int)(flt_ploty[i][j] + flt_ploty[i + 1][j + 1]) / 2);
+}
+
+static int cell_shows(int i, int j, int col)
+{
+    return shows((int)(flt_plotx[i][j] + flt_plotx[i + 1][j + 1]) / 2, (int)(flt_ploty[i][j] + flt_ploty[i + 1][j + 1]) / 2, col);
+}
+
+static pixel_set of_colour(int col, int x0 = 168, int y0 = 5, int w = 628, int h = 574)
+{
+    pixel_set s;
+    for (int x = x0; x < x0 + w; x++)
+        for (int y = y0; y < y0 + h; y++)
+            if (shows(x, y, col)) s.insert({x, y});
+    return s;
+}
+
+// The user of the modal windows answers each in its first frame, and clicks
+// the dialog's first row every other frame. Past 100 frames a window is closed.
+static int prompt_answer;   // 1 Save, 2 Don't Save, 3 Cancel
+static std::map<int, int> windows_shown;
+static int answered_win, frames_in_win, overran;
+static long long fake_ms;
+
+static void push_click(float x, float y)
+{
+    SDL_Event e[2] = {};
+    e[0].type = SDL_MOUSEMOTION, e[1].type = SDL_MOUSEBUTTONDOWN, e[1].button.button = SDL_BUTTON_LEFT;
+    e[0].motion.x = e[1].button.x = (int)(x + mnw.win_x);
+    e[0].motion.y = e[1].button.y = (int)(600 - (y + mnw.win_y));
+    SDL_PushEvent(&e[0]);
+    SDL_PushEvent(&e[1]);
+}
+
+static long long scripted_user()
+{
+    if (mnw.win_id != answered_win) {
+        answered_win = mnw.win_id, frames_in_win = 0;
+        windows_shown[mnw.win_id]++;
+        if (mnw.win_id == 997) push_click(prompt_answer == 3 ? 230 : 70, prompt_answer == 1 ? 52 : 22);
+        if (mnw.win_id == 996) platform_push_key_code(0x0D);
+    }
+    if (mnw.win_id == win_open_dialog && frames_in_win % 2 == 0) push_click(100, 432);
+    if (++frames_in_win > 100) overran = 1, mnw.win_id = 0;
+    return fake_ms += 20;
+}
+
+static int pushed_only(void*, SDL_Event* e)
+{
+    if (e->type == SDL_MOUSEMOTION || e->type == SDL_MOUSEBUTTONDOWN || e->type == SDL_MOUSEBUTTONUP)
+        return e->button.windowID == 0;
+    return e->type != SDL_WINDOWEVENT || e->window.windowID == 0;
+}
+
+static void frame_at(float x, float y, int click, int down = 1, int repeat = 0)
+{
+    mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = click, mnw.mouse_down = down, mnw.mouse_repeat = repeat;
+    answered_win = 0;
+    handle_map();
+    mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
+}
+
+static void place_vertices(float x0, float dx, float y0, float dy)
+{
+    for (int i = 0; i < grid_ni; i++)
+        for (int j = 0; j < grid_nj; j++) flt_plotx[i][j] = x0 + dx * i, flt_ploty[i][j] = y0 + dy * j;
+}
+
+static int orientation_of(int i, int j)
+{
+    for (int o = 0; o < st_count; o++) {
+        set_orientation(58, 78, o, 0);
+        if (!std::memcmp(planest[58][78], planest[i][j], sizeof planest[i][j])) return o;
+    }
+    return -1;
+}
+
+// A flat water tile at 33 N 119 W with no features, at zoom 1, its vertices
+// placed. The pump's clock is the scripted user's.
+struct TerrainTest : WindowTest {
+    miscstruct kept_msc;
+    std::string kept_app_path, kept_ter_path;
+    int kept_first_update = 0;
+    void SetUp() override
+    {
+        WindowTest::SetUp();
+        kept_msc = msc, kept_app_path = app_path, kept_ter_path = ter_path, kept_first_update = have_done_first_update;
+        set_msc_defaults();
+        lay_flat_grid();
+        clear_feature_tables();
+        std::memset(planetex, 0, sizeof planetex);
+        std::memset(planest, 0, sizeof planest);
+        apt_wrl_max = -1;
+        msc.sel_row = msc.sel_col = 1;   // the red frame out of the way
+        msc.screen = 0, msc.obj_sel = -1;   // no panel baked when a modal window closes
+        obj_flash = tex_list_top = 0;
+        have_done_first_update = 1;
+        SDL_SetEventFilter(pushed_only, nullptr);
+        platform_take_messages();
+        MACIBM_restart_pump();
+        platform_clock_ms = scripted_user;
+        windows_shown.clear();
+        overran = 0;
+        plot_TF_terrain();
+    }
+    void TearDown() override
+    {
+        EXPECT_EQ(overran, 0) << "a modal window was left unanswered";
+        platform_clock_ms = platform_monotonic_ms;
+        MACIBM_restart_pump();
+        SDL_SetEventFilter(nullptr, nullptr);
+        msc = kept_msc, have_done_first_update = kept_first_update, mnw.win_id = 0;
+        C_to_C(kept_app_path.c_str(), app_path);
+        C_to_C(kept_ter_path.c_str(), ter_path);
+    }
+};
+using TerrainView = TerrainTest;
+using TerrainScreen = TerrainTest;
+
+// Heights 0, 0.6, 0.4, 0.2 round the cell from corner k: only edge k is off by
+// more than half a metre. The edge from (i+1, j) back to (i, j) is not looked at.
+TEST_F(TerrainView, VerticesProjectedAndWaterLightWhereATestedEdgeIsUneven)
+{
+    const int ci[4] = {10, 10, 11, 11}, cj[4] = {20, 21, 21, 20};
+    for (int k = 0; k < 4; k++) {
+        for (int m = 0; m < 4; m++) planey[ci[(k + m) % 4]][cj[(k + m) % 4]] = m ? 0.8f - 0.2f * m : 0.0f;
+        draw_map();
+        EXPECT_TRUE(cell_shows(10, 20, k == 3 ? 16 : 4)) << "edge " << k;
+        EXPECT_TRUE(cell_shows(30, 50, 16));
+    }
+    msc.map_zoom = 1.7f, msc.map_dlat = 0.2f, msc.map_dlon = -0.1f;
+    planelat[7][9] += 0.004f;
+    plot_TF_terrain();
+    int wrong = 0;
+    for (int i = 0; i < grid_ni; i++)
+        for (int j = 0; j < grid_nj; j++)
+            wrong += flt_plotx[i][j] != ret_x(planelon[i][j], planelat[i][j]) || flt_ploty[i][j] != ret_y(planelat[i][j]);
+    EXPECT_EQ(wrong, 0);
+}
+
+TEST_F(TerrainView, LandShadedByHeightAndGridOnlyAboveZoomTwo)
+{
+    std::memset(is_water, 0, sizeof is_water);
+    draw_map();   // all at 0 m: low -1, high 1, f 0.5
+    EXPECT_NEAR(cell_px(5, 5)[0], 0.1 * 255, 1);
+    EXPECT_NEAR(cell_px(5, 5)[1], 0.4 * 255, 1);
+    planey[40][40] = planey[41][40] = planey[40][41] = planey[41][41] = 10;
+    draw_map();   // low -1, high 11
+    EXPECT_NEAR(cell_px(40, 40)[1], 0.8 * 11 / 12 * 255, 1);
+    EXPECT_NEAR(cell_px(5, 5)[1], 0.8 / 12 * 255, 1);
+    msc.map_zoom = 2.0f;
+    draw_map();
+    EXPECT_EQ(of_colour(18).size(), 0u);
+    msc.map_zoom = 2.05f;
+    draw_map();
+    EXPECT_GT(of_colour(18).size(), 1000u);
+}
+
+TEST_F(TerrainView, RunwaysWithinATenthOfADegreeOfTheTile)
+{
+    apt_wrl_max = 0, apt_lo_ind[0] = 0, apt_hi_ind[0] = 1;
+    const float lat = msc.lat, lon = msc.lon;
+    // 10000 by 1000 ft heading east mid-tile; 100000 by 3000 ft heading north, 0.1 degree north of the tile.
+    const float rwys[2][5] = {{lat + 0.5f, lon + 0.5f, 90, 10000, 1000}, {lat + 1.1f, lon + 0.5f, 0, 100000, 3000}};
+    for (int r = 0; r < 2; r++)
+        rwy_lat[r] = rwys[r][0], rwy_lon[r] = rwys[r][1], rwy_hdng[r] = rwys[r][2], rwy_len[r] = rwys[r][3], rwy_width[r] = rwys[r][4];
+    draw_map();
+    const int x = (int)ret_x(lon + 0.5f, lat + 0.5f), y = (int)ret_y(lat + 0.5f);
+    const int xn = (int)ret_x(lon + 0.5f, lat + 0.99f), yn = (int)ret_y(lat + 0.99f);
+    EXPECT_TRUE(shows(x, y, 15) && shows(x + 6, y, 15) && shows(x - 6, y, 15));
+    EXPECT_FALSE(shows(x, y + 3, 15) || shows(x, y - 3, 15));
+    EXPECT_TRUE(shows(xn, yn, 15));   // the northern one reaches into the tile
+    rwy_lat[1] = lat + 1.11f;
+    draw_map();
+    EXPECT_FALSE(shows(xn, yn, 15));
+    auto near = [](float la, float lo) { return rwy_lat[1] = la, rwy_lon[1] = lo, runway_near_tile(1); };
+    EXPECT_TRUE(near(lat - 0.1f, lon) && near(lat, lon - 0.1f) && near(lat + 1.1f, lon + 1.1f));
+    EXPECT_FALSE(near(lat + 1.11f, lon) || near(lat, lon - 0.11f) || near(lat - 0.11f, lon + 1.1f));
+}
+
+// Symbols of kinds 2 and 8 where they stand; kinds 1 and 7 show nothing. One
+// out of the tile (in the strip east of it), one just off the map's west edge
+// whose symbol would reach into the area, and the selected vertex's frame
+// there are left out whole.
+TEST_F(TerrainView, ObstaclesAndVertexFrameOnlyWhereTheyStandInTheArea)
+{
+    msc.map_dlon = 0.003f;   // the tile's west edge at x 166.6
+    msc.sel_row = 0, msc.sel_col = 40;
+    const float places[6][3] = {{2, 0.3f, 0.3f}, {8, 0.6f, 0.6f}, {7, 0.5f, 0.2f}, {1, 0.2f, 0.7f}, {2, 0.5f, 1.02f}, {4, 0.5f, 0}};
+    for (int n = 0; n < 6; n++) obj_type[n] = (int)places[n][0], obj_lat[n] = msc.lat + places[n][1], obj_lon[n] = msc.lon + places[n][2];
+    draw_map();
+    const pixel_set drawn = of_colour(0);
+    EXPECT_TRUE(of_colour(8).empty());
+    reset_drawing_state();
+    float x = ret_x(obj_lon[0], obj_lat[0]), y = ret_y(obj_lat[0]);
+    OGL_framerect(0, x - 2, y - 2, 5, 5);
+    x = ret_x(obj_lon[1], obj_lat[1]), y = ret_y(obj_lat[1]);
+    OGL_line(0, x - 2, y - 2, x + 2, y + 2);
+    OGL_line(0, x + 3, y - 2, x - 1, y + 2);
+    shot = grab_back_buffer();
+    EXPECT_EQ(drawn, of_colour(0));
+    EXPECT_GT(drawn.size(), 20u);
+    msc.map_dlon = -0.003f;   // the frame's vertex at x 169.4
+    draw_map();
+    EXPECT_FALSE(of_colour(8).empty());
+}
+
+TEST_F(TerrainView, SelectedObstacleFlashesOnlyOnTheObstacleScreen)
+{
+    obj_type[5] = 2, obj_lat[5] = msc.lat + 0.3f, obj_lon[5] = msc.lon + 0.3f;
+    msc.obj_sel = 5;
+    const int x = (int)ret_x(obj_lon[5], obj_lat[5]), y = (int)ret_y(obj_lat[5]);
+    msc.screen = 200;
+    for (int f = 0; f < 3; f++) draw_map();
+    EXPECT_EQ(obj_flash, 0);
+    const pixel_set symbol = of_colour(0, x - 5, y - 5, 11, 11);
+    EXPECT_FALSE(symbol.empty());
+    msc.screen = 201;
+    for (int f = 0; f < 40; f++) {
+        draw_map();
+        EXPECT_EQ(obj_flash, (f + 1) % 39) << f;
+        if (obj_flash == 8) {
+            EXPECT_EQ(of_colour(8, x - 5, y - 5, 11, 11), symbol);
+        }
+    }
+}
+
+TEST_F(TerrainScreen, NearestInnerVertexByManhattanDistance)
+{
+    msc.ter_tool = 1;
+    const float mx = 400, my = 300;
+    place_vertices(mx + 5000, 0, my + 5000, 0);
+    flt_plotx[0][5] = flt_plotx[5][79] = mx, flt_ploty[0][5] = flt_ploty[5][79] = my;   // the outline can't be taken
+    flt_plotx[10][10] = mx + 3, flt_ploty[10][10] = my + 3;   // 6 by Manhattan, 4.2 straight
+    flt_plotx[20][20] = mx + 5, flt_ploty[20][20] = my;       // 5 both ways
+    frame_at(mx, my, 1);
+    EXPECT_EQ(msc.sel_row * 100 + msc.sel_col, 2020);
+    flt_plotx[4][2] = mx, flt_ploty[4][2] = my - 5;           // ties: the first in scan order stays
+    flt_plotx[3][50] = mx - 2, flt_ploty[3][50] = my + 3;
+    frame_at(mx, my, 1);
+    EXPECT_EQ(msc.sel_row * 100 + msc.sel_col, 350);
+    int row = -1, col = -1;
+    place_vertices(mx + 9999, 0, my, 0);
+    frame_at(mx, my, 1);
+    EXPECT_EQ(msc.sel_row * 100 + msc.sel_col, 350);         // none found: the selection stays
+    flt_ploty[58][78] = my + 0.5f, flt_plotx[58][78] = mx + 9998;
+    EXPECT_EQ(nearest_vertex(mx, my, &row, &col), 1);
+    EXPECT_EQ(row * 100 + col, 5878);
+    plot_TF_terrain();
+    msc.ter_tool = 0;
+    frame_at(400, 300, 0);   // the move tool, held: the vertex comes under the mouse
+    plot_TF_terrain();
+    EXPECT_NEAR(flt_plotx[msc.sel_row][msc.sel_col], 400, 0.01);
+    EXPECT_NEAR(flt_ploty[msc.sel_row][msc.sel_col], 300, 0.01);
+}
+
+// Cells 10 by 5 units from (200, 10); vertex (10, 10) moved 8 units east.
+TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
+{
+    place_vertices(200, 10, 10, 5);
+    flt_plotx[10][10] = 308;
+    int before[grid_ni][grid_nj];
+    std::memcpy(before, is_water, sizeof before);
+    msc.ter_tool = 2;
+    frame_at(302, 59, 1);   // in the square of (10, 9), but west of its moved edge
+    EXPECT_EQ(is_water[9][9], 0);
+    is_water[9][9] = 1;
+    frame_at(300, 52, 1);   // on the edge between (9, 8) and (10, 8): neither
+    frame_at(200, 30, 1);   // on the tile's west edge
+    EXPECT_EQ(std::memcmp(before, is_water, sizeof before), 0);
+
+    msc.ter_tool = 4, msc.ter_tex = 3;
+    frame_at(255, 103, 1);   // cell (5, 18)
+    EXPECT_EQ(planetex[5][18], 2002u);
+    EXPECT_EQ(msc.show_tex, 1);
+    msc.ter_tool = 3;
+    frame_at(255, 103, 1);
+    frame_at(265, 103, 1);   // a stock cell is derived again at once
+    EXPECT_EQ(orientation_of(5, 18), st_r1);
+    EXPECT_EQ(orientation_of(6, 18), st_r0);
+    msc.ter_tool = 4, msc.ter_tex = 0;
+    frame_at(255, 103, 1);   // the default over a custom cell: derived in the same call
+    EXPECT_EQ(planetex[5][18], 50u);
+    EXPECT_EQ(orientation_of(5, 18), st_r0);
+
+    const int next[st_count] = {st_r1, st_r2, st_r3, st_r0, st_r1, st_r3, st_r0};
+    for (int o = 0; o < st_count; o++) {
+        set_orientation(7, 7, o, 2000);
+        rotate_cell(7, 7);
+        EXPECT_EQ(orientation_of(7, 7), next[o]) << o;
+    }
+}
+
+TEST_F(TerrainScreen, OnlyAPressOnTheMapMarksTheTileChanged)
+{
+    for (int tool = 0; tool < 5; tool++) {
+        msc.ter_tool = tool, msc.ter_dirty = 0, msc.ter_tex = 2;
+        frame_at(780, 300, 1);   // in the map area, east of the tile
+        EXPECT_EQ(msc.ter_dirty, 1) << tool;
+    }
+    msc.ter_tool = 1, msc.ter_dirty = 0, msc.sel_row = msc.sel_col = 1;
+    frame_at(flt_plotx[30][30], flt_ploty[30][30], 0);   // held in from outside: no click
+    EXPECT_EQ(msc.ter_dirty, 1);
+    EXPECT_EQ(msc.sel_row * 100 + msc.sel_col, 101);
+
+    // Feet go back to the vertex only on a hit: a height that a round trip
+    // through feet would change shows it.
+    msc.ter_dirty = 0;
+    float metres = 0.1f;
+    while (metres * con.m_to_ft * con.ft_to_m == metres) metres += 0.1f;
+    planey[1][1] = metres;
+    frame_at(300, 300, 0, 0);
+    EXPECT_EQ(planey[1][1], metres);
+    frame_at(102, 370, 1);   // the upper half of the elevation's last digit
+    EXPECT_FLOAT_EQ(planey[1][1], (metres * con.m_to_ft + 1) * con.ft_to_m);
+    msc.ter_tool = 3;
+    frame_at(14, 394, 1);    // the lamp of tool 1
+    frame_at(14, 192, 1);    // the lamp of list row 0: slot 0
+    EXPECT_EQ(msc.ter_tool, 1);
+    EXPECT_EQ(msc.ter_tex, 1);
+    flatten_water();
+    EXPECT_EQ(msc.ter_dirty, 0);
+}
+
+TEST_F(TerrainScreen, TextureListRowsAndScrolling)
+{
+    EXPECT_EQ(texture_list_row(201), -1);
+    EXPECT_EQ(texture_list_row(200), 0);
+    EXPECT_EQ(texture_list_row(66), 8);
+    frame_at(60, 201, 1);   // the name of the defaults row: no file, no dialog
+    EXPECT_EQ(windows_shown.count(win_open_dialog), 0u);
+    msc.ter_tex = 5;
+    frame_at(14, 207, 1);   // its lamp lays the stock textures
+    EXPECT_EQ(msc.ter_tex, 0);
+    frame_at(30, 220, 1);   // up, at the top already
+    EXPECT_EQ(tex_list_top, 0);
+    tex_list_top = 490;
+    frame_at(30, 60, 1);
+    frame_at(30, 60, 1);
+    EXPECT_EQ(tex_list_top, 491);
+    frame_at(30, 220, 0, 1, 1);   // held past the delay, between the pulses
+    EXPECT_EQ(tex_list_top, 490);
+    frame_at(14, 72, 1);    // the lamp of the last row: slot 498
+    EXPECT_EQ(msc.ter_tex, 499);
+}
+
+// A texture chosen through the dialog, in a folder of the textures folder,
+// names its slot by its path from there without the extension; 40 characters
+// or more are cut to the slot's 40 bytes, with a warning.
+TEST_F(TerrainScreen, ChosenTextureNamesTheSlotAndLongNamesAreCut)
+{
+    const std::string folder = std::string(test_folder) + "/textures/";
+    C_to_C(folder.c_str(), ter_path);
+    for (int len : {39, 40, 45}) {
+        fs::remove_all(folder);
+        const std::string name = std::string(len - 25, 'd') + "/" + std::string(24, 'a' + len % 26);
+        fs::create_directories(folder + name.substr(0, len - 25));
+        std::fclose(std::fopen((folder + name + ".bmp").c_str(), "w"));
+        windows_shown.clear();
+        g_cs1[0] = 0;
+        tex_list_top = 491;
+        frame_at(60, 70, 1);   // the name in the last row: slot 499
+        EXPECT_EQ(windows_shown[win_open_dialog], 1);
+        EXPECT_EQ(std::string(msc.ter_tex_name[499], strnlen(msc.ter_tex_name[499], name_len)), name.substr(0, 40));
+        EXPECT_EQ(windows_shown[996], len >= 40 ? 1 : 0);
+        EXPECT_STREQ(g_cs1, len >= 40 ? "The total path to the texture cannot exceed 40 characters." : "");
+        EXPECT_EQ(msc.ter_dirty, 0);
+    }
+    fs::remove_all(folder);
+}
+
+// A click on the ones digit of the latitude opens the neighbouring tile; a
+// changed tile is asked about first.
+TEST_F(TerrainScreen, TileSelectorAsksBeforeLeavingAChangedTile)
+{
+    const std::string root = std::string(test_folder) + "/world/";
+    C_to_C(root.c_str(), app_path);
+    fs::create_directories(root + "additional nav data/Earth/+030-120");
+    char tile33[path_len], tile34[path_len];
+    tile_file_path(tile33);
+    msc.lat = 34;
+    tile_file_path(tile34);
+    msc.lat = 33;
+    const float up = 560, down = 540, ones = 75;
+
+    planey[5][5] = 123, msc.ter_dirty = 1, tex_list_top = 7, prompt_answer = 1;
+    frame_at(ones, up, 1);
+    EXPECT_STREQ(g_cs1, "Save changes to Terrain file first?");
+    EXPECT_TRUE(fs::exists(tile33));
+    EXPECT_EQ(msc.lat, 34);
+    EXPECT_EQ(planey[5][5], 0);   // no file: a blank tile
+    EXPECT_EQ(msc.ter_dirty + tex_list_top, 0);
+
+    frame_at(ones, down, 1);      // clean: no prompt, and the saved tile comes back
+    EXPECT_EQ(windows_shown[997], 1);
+    EXPECT_EQ(msc.lat, 33);
+    EXPECT_EQ(planey[5][5], 123);
+
+    msc.ter_dirty = 1, prompt_answer = 2;
+    frame_at(ones, up, 1);
+    EXPECT_EQ(msc.lat, 34);
+    EXPECT_FALSE(fs::exists(tile34));
+
+    planey[5][5] = 7, msc.ter_dirty = 1, tex_list_top = 7, prompt_answer = 3;
+    frame_at(ones, down, 1);
+    EXPECT_EQ(windows_shown[997], 3);
+    EXPECT_EQ(msc.lat, 34);
+    EXPECT_EQ(planey[5][5], 7);
+    EXPECT_EQ(msc.ter_dirty, 1);
+    EXPECT_EQ(tex_list_top, 7);
+    fs::remove_all(root);
+}
