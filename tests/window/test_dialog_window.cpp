@@ -12,85 +12,52 @@
 #include <SDL2/SDL.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
 // ---- the scripted user ---------------------------------------------------------------------
 
-// One frame of input. A step of the script is one or more frames; the last
-// frame of a step is marked, and what the dialog shows after it is recorded.
-struct frame_input {
-    char kind;   // 'p' press, 'r' release, 'm' move, 'k' key
-    float x, y;  // window-relative canvas units
-    int key;
-    int step_end;
-};
+// One step of the user: 'c' click (a press, and the release in the next frame),
+// 'p' press, 'm' move or 'r' release at window-relative (x, y), or 'k' a key
+// by its key code.
+// After each step, what the dialog shows is recorded. A frame of the dialog's
+// loop takes the input of one step, or of half a click.
+struct step { char kind; float x = 0, y = 0; int key = 0, step_end = 1; };
+using script = std::vector<step>;
 
-using script = std::vector<frame_input>;
-
-// A press and, in the next frame, the release.
-static script click(float x, float y) { return {{'p', x, y, 0, 0}, {'r', x, y, 0, 1}}; }
-static script press(float x, float y) { return {{'p', x, y, 0, 1}}; }
-static script move_to(float x, float y) { return {{'m', x, y, 0, 1}}; }
-static script release() { return {{'r', 0, 0, 0, 1}}; }
-static script key(int sym) { return {{'k', 0, 0, sym, 1}}; }
-
-static script steps(std::initializer_list<script> parts)
-{
-    script all;
-    for (const script& s : parts) all.insert(all.end(), s.begin(), s.end());
-    return all;
-}
-
-// What the user sees after a step: wrk_path below the start folder, the first
-// row's item and the number of items, as "folder top items".
-using seen = std::string;
-
-const float dlg_x = 240, dlg_y = 52;   // the dialog's origin on an 800 by 600 display
+// The boxes of the dialog, as a user aims at them, and its origin on an 800 by 600 display.
+const float cancel_x = 150, cancel_y = 475, up_x = 150, up_y = 454, strip_x = 303, list_x = 100, row0_y = 432;
+const float dlg_x = 240, dlg_y = 52;
 
 static script frames;
 static size_t clock_calls;
-static std::vector<seen> after;   // after[k]: what step k left
+static std::vector<std::string> after;   // after[k]: what step k left
 static int overran;
 static long long fake_ms;
 static std::string start_folder;
 
-static void push_mouse(Uint32 type, float x, float y)
+// The frame's input into the platform's queue: the mouse moves to (x, y) before
+// its button goes down or up there.
+static void feed(const step& f)
 {
-    SDL_Event e = {};
-    e.type = type;
-    const int px = (int)(x + dlg_x), py = (int)(600 - (y + dlg_y));
-    if (type == SDL_MOUSEMOTION) {
-        e.motion.x = px;
-        e.motion.y = py;
-    } else {
-        e.button.button = SDL_BUTTON_LEFT;
-        e.button.x = px;
-        e.button.y = py;
-    }
+    if (f.kind == 'k') return platform_push_key_code(f.key);
+    SDL_Event e = {SDL_MOUSEMOTION};
+    e.motion.x = (int)(f.x + dlg_x), e.motion.y = (int)(600 - (f.y + dlg_y));
+    SDL_PushEvent(&e);
+    if (f.kind == 'm') return;
+    e = SDL_Event{f.kind == 'p' ? SDL_MOUSEBUTTONDOWN : SDL_MOUSEBUTTONUP};
+    e.button.button = SDL_BUTTON_LEFT, e.button.x = (int)(f.x + dlg_x), e.button.y = (int)(600 - (f.y + dlg_y));
     SDL_PushEvent(&e);
 }
 
-static void feed(const frame_input& f)
+// What the user sees after a step, as "folder first-item items": wrk_path,
+// "./" for the start folder, the first row's item (0 with no items) and their number.
+static std::string what_is_shown()
 {
-    if (f.kind == 'p' || f.kind == 'm') push_mouse(SDL_MOUSEMOTION, f.x, f.y);
-    if (f.kind == 'p') push_mouse(SDL_MOUSEBUTTONDOWN, f.x, f.y);
-    if (f.kind == 'r') push_mouse(SDL_MOUSEBUTTONUP, f.x, f.y);
-    if (f.kind == 'k') {
-        SDL_Event e = {};
-        e.type = SDL_KEYDOWN;
-        e.key.keysym.sym = f.key;
-        SDL_PushEvent(&e);
-    }
-}
-
-static seen what_is_shown()
-{
-    std::string folder = wrk_path;
-    folder = folder.rfind(start_folder, 0) == 0 ? folder.substr(start_folder.size()) : "<" + folder + ">";
-    // With no items the first row stands for none, and its index is of no account.
-    const int top = g_num_items ? g_item_top : 0;
-    return (folder.empty() ? "." : folder) + " " + std::to_string(top) + " " + std::to_string(g_num_items);
+    std::string f = wrk_path;
+    f = f.rfind(start_folder, 0) == 0 ? "./" + f.substr(start_folder.size()) : f;
+    return f + " " + std::to_string(g_num_items ? g_item_top : 0) + " " + std::to_string(g_num_items);
 }
 
 // Frame k's events were taken just before this call, frame k - 1 is handled.
@@ -103,7 +70,7 @@ static long long scripted_clock()
     if (k < frames.size()) return fake_ms;
     overran = 1;   // still open after the script: Cancel, and if that fails, window 0
     if (k > frames.size() + 4) mnw.win_id = 0;
-    feed({'p', 150, 475, 0, 0});
+    feed({'p', cancel_x, cancel_y, 0, 0});
     return fake_ms;
 }
 
@@ -115,26 +82,14 @@ static int pushed_only(void*, SDL_Event* e)
     return e->type != SDL_WINDOWEVENT || e->window.windowID == 0;
 }
 
-// The boxes of the dialog, as a user aims at them.
-const float cancel_x = 150, cancel_y = 475;
-const float up_x = 150, up_y = 454;
-const float strip_x = 303;
-const float list_x = 100;
-const float row0_y = 432;   // middle of the first row
-
-// ---- the folder on display ------------------------------------------------------------------
-
 // The start folder of the texture dialog: the folder "Sub" (item 0), the files
 // f00.bmp to f58.bmp (items 1 to 59) and the folder "zz" (item 60).
 class DialogLoop : public WindowTest {
 protected:
-    std::string kept_ter_path;
-    std::string scratch;   // removed afterwards
-    int kept_screen = 0;
-    int kept_first_update = 0;
-    float kept_time = 0;
-    char name[dlg_path_len] = "keep.bmp";
-    char path[dlg_path_len] = "keep/path";
+    std::string kept_ter_path = ter_path, scratch;   // scratch: removed afterwards
+    int kept_screen = msc.screen, kept_first_update = have_done_first_update;
+    float kept_time = mnw.time;
+    char name[dlg_path_len] = "keep.bmp", path[dlg_path_len] = "keep/path";
 
     void SetUp() override
     {
@@ -143,20 +98,13 @@ protected:
         platform_take_messages();
         MACIBM_restart_pump();
         platform_clock_ms = scripted_clock;
-        kept_first_update = have_done_first_update;
-        kept_time = mnw.time;
         have_done_first_update = 1;
-        kept_ter_path = ter_path;
-        kept_screen = msc.screen;
-        msc.screen = 0;   // no panel to load when the dialog closes
-        mnw.win_id = 0;
-        char folder[] = "/tmp/tf_dialog_XXXXXX";
-        ASSERT_NE(mkdtemp(folder), nullptr);
-        scratch = folder;
+        msc.screen = mnw.win_id = 0;   // no panel to load when the dialog closes
+        scratch = "/tmp/tf_dialog_" + std::to_string(getpid());
         start_folder = scratch + "/textures/";
-        make({"Sub/", "Sub/Deeper/", "zz/"});
-        touch({"Sub/inner.bmp", "zz/a.bmp", "zz/b.bmp", "notes.txt"});
-        for (int k = 0; k < 59; k++) touch({"f" + std::string(k < 10 ? "0" : "") + std::to_string(k) + ".bmp"});
+        for (const char* f : {"Sub/Deeper", "zz"}) std::filesystem::create_directories(start_folder + f);
+        for (const char* f : {"Sub/inner.bmp", "zz/a.bmp", "zz/b.bmp", "notes.txt"}) std::ofstream{start_folder + f};
+        for (int k = 100; k < 159; k++) std::ofstream{start_folder + "f" + std::to_string(k).substr(1) + ".bmp"};
         C_to_C(start_folder.c_str(), ter_path);
     }
     void TearDown() override
@@ -164,316 +112,166 @@ protected:
         // The pump as it was found: the other tests of the pump start from it.
         platform_clock_ms = platform_monotonic_ms;
         MACIBM_restart_pump();
-        have_done_first_update = kept_first_update;
-        mnw.time = kept_time;
+        have_done_first_update = kept_first_update, mnw.time = kept_time;
         SDL_SetEventFilter(nullptr, nullptr);
         C_to_C(kept_ter_path.c_str(), ter_path);
-        msc.screen = kept_screen;
-        mnw.win_id = 0;
+        msc.screen = kept_screen, mnw.win_id = 0;
         std::filesystem::remove_all(scratch);
     }
-    void make(std::initializer_list<std::string> folders)
-    {
-        std::filesystem::create_directories(start_folder);
-        for (const std::string& f : folders) std::filesystem::create_directories(start_folder + f);
-    }
-    void touch(std::initializer_list<std::string> files)
-    {
-        for (const std::string& f : files) std::fclose(std::fopen((start_folder + f).c_str(), "w"));
-    }
 
-    // Runs the dialog on the script. The dialog must close in the script's last
-    // step: one record for each step before it.
-    int run(int win_id, const script& s, int type = ftype_ter_tex)
+    // Runs the dialog on the script, which must close it.
+    int run(int win_id, const script& s)
     {
-        frames = s;
-        clock_calls = 0;
+        frames.clear();
+        for (const step& st : s) {
+            if (st.kind == 'c') frames.push_back({'p', st.x, st.y, 0, 0});
+            frames.push_back({st.kind == 'c' ? 'r' : st.kind, st.x, st.y, st.key});
+        }
+        clock_calls = 0, overran = 0;
         after.clear();
-        overran = 0;
         feed(frames[0]);
-        const int result = MACIBM_opensave(win_id, type, name, path);
-        int step_count = 0;
-        for (const frame_input& f : frames) step_count += f.step_end;
+        const int result = MACIBM_opensave(win_id, ftype_ter_tex, name, path);
         EXPECT_EQ(overran, 0) << "the dialog outlived its script";
-        EXPECT_EQ((int)after.size(), step_count - 1) << "the dialog closed before the script's last step";
         EXPECT_EQ(mnw.win_id, 0);
         return result;
     }
 };
 
+using seen = std::vector<std::string>;
+
 TEST_F(DialogLoop, UpALevelStopsAtTheStartFolderAndCancelKeepsTheBuffers)
 {
-    const int result = run(win_open_dialog, steps({key(SDLK_RETURN),          // closes only a save dialog
-                                                   click(up_x, up_y),
-                                                   click(list_x, row0_y),    // into Sub
-                                                   click(list_x, row0_y),    // into Deeper
-                                                   click(list_x, row0_y),    // an empty list
-                                                   click(310, 461),          // the zone's far corner
-                                                   click(10, 447),           // and its near one
-                                                   click(up_x, up_y),
-                                                   click(311, up_y),         // just outside
-                                                   click(311, 482),          // beside Cancel
-                                                   click(10, 483),           // above it
-                                                   click(310, 482)}));       // its far corner
-    EXPECT_EQ(result, 0);
-    EXPECT_STREQ(name, "keep.bmp");
-    EXPECT_STREQ(path, "keep/path");
-    const std::vector<seen> expected = {". 0 61", ". 0 61",        "Sub/ 0 2", "Sub/Deeper/ 0 0", "Sub/Deeper/ 0 0",
-                                        "Sub/ 0 2", ". 0 61", ". 0 61", ". 0 61",          ". 0 61", ". 0 61"};
-    EXPECT_EQ(after, expected);
-    EXPECT_EQ(std::string(wrk_path), start_folder);
+    // Return closes only a save dialog; up at the start folder already; into
+    // Sub, by the 3 units above the first row that give item 0 at the top, and
+    // Deeper, an empty list; the up zone's far and near corners; just
+    // outside it, just above Cancel and Cancel's far corner.
+    EXPECT_EQ(run(win_open_dialog, {{'k', 0, 0, 0x0D}, {'c', up_x, up_y}, {'c', list_x, 440},
+                                    {'c', list_x, row0_y}, {'c', list_x, row0_y}, {'c', 310, 461}, {'c', 10, 447},
+                                    {'c', 311, up_y}, {'c', 10, 483}, {'c', 310, 482}}), 0);
+    EXPECT_EQ(std::string(name) + " " + path, "keep.bmp keep/path");
+    EXPECT_EQ(after, (seen{"./ 0 61", "./ 0 61", "./Sub/ 0 2", "./Sub/Deeper/ 0 0", "./Sub/Deeper/ 0 0", "./Sub/ 0 2",
+                           "./ 0 61", "./ 0 61", "./ 0 61"}));
 }
 
-TEST_F(DialogLoop, StripScrollsWhileTheButtonIsHeldAnywhere)
+TEST_F(DialogLoop, StripScrollsWhileHeldAnywhereRowsAreTenHighAndClicksBelowTheLastItemDoNothing)
 {
-    const int result = run(win_open_dialog, steps({press(strip_x, 433),
-                                                   move_to(strip_x, 240),   // held: half way
-                                                   move_to(list_x, 41),     // off the strip, still held
-                                                   move_to(list_x, 10),     // past the end
-                                                   release(),
-                                                   move_to(strip_x, 300),   // button up: no scroll
-                                                   click(strip_x, 140),     // a click alone scrolls
-                                                   click(cancel_x, cancel_y)}));
-    EXPECT_EQ(result, 0);
-    // 60 * (433 - y) / 392, truncated; the last item stands in the first row at most.
-    EXPECT_EQ(after, (std::vector<seen>{". 0 61", ". 29 61", ". 60 61", ". 60 61", ". 60 61", ". 60 61", ". 44 61"}));
-}
+    // Held: half way, then off the strip and past the end; released, a move
+    // does not scroll, but a click alone does. Then zz in the first row, into
+    // zz, a click on the row below b.bmp, and b.bmp.
+    EXPECT_EQ(run(win_open_dialog, {{'p', strip_x, 433}, {'m', strip_x, 240}, {'m', list_x, 10}, {'r'},
+                                    {'m', strip_x, 300}, {'c', strip_x, 140}, {'c', strip_x, 41}, {'c', list_x, row0_y},
+                                    {'c', list_x, 422}, {'c', list_x, row0_y}}), 1);
+    // 60 * (433 - y) / 392, truncated; the last item stands in the first row
+    // at most, and with fewer items than its index the last item stands there.
+    EXPECT_EQ(after, (seen{"./ 0 61", "./ 29 61", "./ 60 61", "./ 60 61", "./ 60 61", "./ 44 61", "./ 60 61",
+                           "./zz/ 1 2", "./zz/ 1 2"}));
+    EXPECT_EQ(std::string(name) + " " + path, "b.bmp " + start_folder + "zz/b.bmp");
 
-// After a step that scrolls the list to a given first item, a click at a given
-// height chooses the file of that row, or enters the folder.
-TEST_F(DialogLoop, RowBandsAreTenHighWithThreeMoreAboveTheFirst)
-{
-    struct pick {
-        float strip_y, y;
-        std::string chosen;
-    };
-    const pick picks[] = {
-        {0, 427, "f00.bmp"},    // the second row begins at 427
-        {0, 417, "f01.bmp"},
-        {0, 337, "f09.bmp"},
-        {0, 40, "f38.bmp"},     // row 40 of the list
-        {235, 437, "f29.bmp"},  // scrolled to item 30
-        {235, 428, "f29.bmp"},
-        {235, 427, "f30.bmp"},
-        {235, 438, "f28.bmp"},  // the 3 units above the first row
-        {235, 440, "f28.bmp"},
-        {0, 440, "Sub/"},       // at the top the 3 units above give item 0
-        {41, 428, "zz/"},       // scrolled to the end: the folder zz
-    };
-    for (const pick& p : picks) {
-        std::strcpy(name, "keep.bmp");
-        std::strcpy(path, "keep/path");
-        script s = p.strip_y ? click(strip_x, p.strip_y) : script{};
-        const bool folder = p.chosen.back() == '/';
-        s = steps({s, click(list_x, p.y), folder ? click(cancel_x, cancel_y) : script{}});
-        const int result = run(win_open_dialog, s);
-        if (folder) {
-            EXPECT_EQ(result, 0);
-            EXPECT_EQ(after.back().substr(0, p.chosen.size() + 1), p.chosen + " ") << p.y;
-            continue;
-        }
-        EXPECT_EQ(result, 1) << p.strip_y << " " << p.y;
-        EXPECT_EQ(std::string(name), p.chosen) << p.strip_y << " " << p.y;
-        EXPECT_EQ(std::string(path), start_folder + p.chosen);
+    // After a step that scrolls the list to a given first item, a click at a
+    // given height chooses the file of that row: rows are 10 high, with 3 more
+    // above the first.
+    const struct { float strip_y, y; std::string chosen; } picks[] = {
+        {433, 427, "f00.bmp"},  // the second row begins at 427
+        {235, 428, "f29.bmp"},  // scrolled to item 30
+        {235, 438, "f28.bmp"}}; // the 3 units above the first row
+    for (const auto& p : picks) {
+        EXPECT_EQ(run(win_open_dialog, {{'c', strip_x, p.strip_y}, {'c', list_x, p.y}}), 1) << p.y;
+        EXPECT_EQ(std::string(name) + " " + path, p.chosen + " " + start_folder + p.chosen) << p.y;
     }
 }
 
-TEST_F(DialogLoop, ClicksBelowTheLastItemDoNothing)
-{
-    const int result = run(win_open_dialog, steps({click(strip_x, 41),       // zz in the first row
-                                                   click(list_x, row0_y),    // into zz: 2 items
-                                                   click(list_x, 422),       // the row below b.bmp
-                                                   click(list_x, 300),
-                                                   click(list_x, row0_y)}));
-    EXPECT_EQ(result, 1);
-    // Fewer items than the first row's index: the last item stands in the first row.
-    EXPECT_EQ(after, (std::vector<seen>{". 60 61", "zz/ 1 2", "zz/ 1 2", "zz/ 1 2"}));
-    EXPECT_STREQ(name, "b.bmp");
-    EXPECT_EQ(std::string(path), start_folder + "zz/b.bmp");
-}
-
-TEST_F(DialogLoop, MissingStartFolderShowsNothingButCancelAndUpStillWork)
-{
-    C_to_C((start_folder + "gone/").c_str(), ter_path);
-    start_folder += "gone/";
-    const int result = run(win_open_dialog, steps({click(list_x, row0_y), click(strip_x, 200), click(up_x, up_y),
-                                                   click(cancel_x, cancel_y)}));
-    EXPECT_EQ(result, 0);
-    EXPECT_STREQ(name, "keep.bmp");
-    EXPECT_EQ(after, std::vector<seen>(3, ". 0 0"));
-}
-
 // The save dialog takes the typed name with Return; a click on a file does
-// nothing there, while folders still open.
+// nothing there, while folders still open. An alert closed with Return over it
+// drops to window 0 in the middle of a frame: it ends with nothing taken.
 TEST_F(DialogLoop, SaveDialogTakesTheTypedNameInTheFolderShown)
 {
     std::strcpy(name, "ab");
-    const int result = run(win_save_dialog, steps({click(list_x, 427),   // f00.bmp: nothing
-                                                   key(SDLK_c),
-                                                   click(list_x, row0_y),   // into Sub
-                                                   key(SDLK_BACKSPACE),
-                                                   key(SDLK_x),
-                                                   key(SDLK_RETURN)}));
-    EXPECT_EQ(result, 1);
-    EXPECT_STREQ(name, "abx");
-    EXPECT_EQ(std::string(path), start_folder + "Sub/abx");
-    EXPECT_EQ(after, (std::vector<seen>{". 0 61", ". 0 61", "Sub/ 0 2", "Sub/ 0 2", "Sub/ 0 2"}));
-}
+    EXPECT_EQ(run(win_save_dialog, {{'c', list_x, 427}, {'k', 0, 0, 'C'}, {'c', list_x, row0_y}, {'k', 0, 0, 0x08},
+                                    {'k', 0, 0, 'X'}, {'k', 0, 0, 0x0D}}), 1);
+    EXPECT_EQ(std::string(name) + " " + path, "abx " + start_folder + "Sub/abx");
+    EXPECT_EQ(after, (seen{"./ 0 61", "./ 0 61", "./Sub/ 0 2", "./Sub/ 0 2", "./Sub/ 0 2"}));
 
-// An alert closed with Return over the save dialog drops to window 0 in the
-// middle of a frame: the dialog ends with nothing taken.
-TEST_F(DialogLoop, AlertClosedOverTheSaveDialogEndsItWithNothingTaken)
-{
-    std::strcpy(name, "ab");
-    frames = steps({key(SDLK_c), key(SDLK_RETURN)});
-    clock_calls = 0;
-    overran = 0;
-    after.clear();
-    feed(frames[0]);
+    // The alert closes in the frame that takes the Return.
     platform_clock_ms = [] {
-        const long long ms = scripted_clock();
-        if (clock_calls == 2) mnw.win_id = 0;   // the frame that took the Return
-        return ms;
+        if (clock_calls == 1) mnw.win_id = 0;
+        return scripted_clock();
     };
-    EXPECT_EQ(MACIBM_opensave(win_save_dialog, ftype_ter_tex, name, path), 0);
-    EXPECT_STREQ(name, "ab");
-    EXPECT_STREQ(path, "keep/path");
+    EXPECT_EQ(run(win_save_dialog, {{'k', 0, 0, 'C'}, {'k', 0, 0, 0x0D}}), 0);
+    EXPECT_EQ(std::string(name) + " " + path, "abx " + start_folder + "Sub/abx");
     EXPECT_EQ(clock_calls, 2u);
 }
 
 // ---- what the dialog draws --------------------------------------------------------------------
 
-using DialogPicture = WindowTest;
+// The dialog is drawn with no screen behind it, and closed afterwards.
+struct DialogPicture : WindowTest {
+    int kept_screen = msc.screen;
+    void TearDown() override { MACIBM_startwind(0), msc.screen = kept_screen; }
+};
 
-static int has_colour(const unsigned char* p, int col)
-{
-    for (int k = 0; k < 3; k++)
-        if (p[k] != intround(col_rgb[col][k] * 255.0f)) return 0;
-    return 1;
-}
-
-// Pixels of one colour in a canvas rectangle, read from rgb_array or the back buffer.
-static pixel_set coloured(const unsigned char* buf, int col, int x0, int y0, int w, int h, int written_only)
+// Pixels of rgb_array in a canvas rectangle that were written in colour col.
+static pixel_set coloured(int col, int x0, int y0, int w, int h)
 {
     pixel_set s;
-    for (int x = x0; x < x0 + w; x++)
-        for (int y = y0; y < y0 + h; y++) {
-            const unsigned char* p = px_at(buf, x, y);
-            if ((!written_only || p[3]) && has_colour(p, col)) s.insert({x, y});
-        }
+    for (const auto& [x, y] : rect_pixels(x0, y0, w, h)) {
+        const unsigned char* p = px_at(rgb_array, x, y);
+        int same = p[3] != 0;
+        for (int k = 0; k < 3; k++) same &= p[k] == intround(col_rgb[col][k] * 255.0f);
+        if (same) s.insert({x, y});
+    }
     return s;
 }
 
 static pixel_set stamped(const char* text, int x, int y)
 {
     pixel_set s;
-    for (int c = 0; text[c]; c++) {
-        const unsigned char* rows = glyph_rows((unsigned char)text[c]);
+    for (int c = 0; text[c]; c++)
         for (int r = 0; r < 7; r++)
             for (int b = 0; b < 5; b++)
-                if (rows[r] & (0x10 >> b)) s.insert({x + 6 * c + b, y + 6 - r});
-    }
+                if (glyph_rows((unsigned char)text[c])[r] & (0x10 >> b)) s.insert({x + 6 * c + b, y + 6 - r});
     return s;
 }
 
-// The folder icon's outline standing on canvas (x, y).
-static pixel_set folder_icon(int x, int y)
+// Draws the dialog window win_id into rgb_array, so that every pixel tells who
+// wrote it: the items (name, folder) with item top in the first row, and the typed line.
+static void draw(int win_id, int file_type, std::vector<std::pair<const char*, int>> items, int top,
+                 const char* typed = "")
 {
-    pixel_set s = rect_pixels(x, y, 11, 1);
-    s = rect_pixels(x, y, 1, 6, s);
-    s = rect_pixels(x + 10, y, 1, 6, s);
-    s = rect_pixels(x + 7, y + 5, 4, 1, s);
-    for (const auto& p : {std::pair<int, int>{1, 5}, {2, 6}, {3, 7}, {4, 7}, {5, 7}, {6, 6}})
-        s.insert({x + p.first, y + p.second});
-    return s;
-}
-
-static void fill_items(std::initializer_list<std::pair<const char*, int>> items)
-{
-    g_num_items = 0;
-    for (const auto& item : items) {
-        C_to_C(item.first, g_name[g_num_items]);
-        g_is_folder[g_num_items++] = item.second;
-    }
-    g_item_top = 0;
-    g_item_bot = g_num_items - 1;
-}
-
-// Into rgb_array, so that every pixel tells who wrote it.
-static void draw_into_array()
-{
+    msc.screen = 0;
+    MACIBM_startwind(win_id);
+    std::strcpy(g_cs_input, typed);
+    g_file_type = file_type;
+    g_num_items = (int)items.size(), g_item_top = top, g_item_bot = g_num_items - 1;
+    for (int k = 0; k < g_num_items; k++) C_to_C(items[k].first, g_name[k]), g_is_folder[k] = items[k].second;
+    OGL_assigncolor(56, 1.0f, 0.0f, 1.0f);   // the cursor's pulse, told apart from all else
     std::memset(rgb_array, 0, sizeof rgb_array);
     to_array = 1;
     opensave_update();
     to_array = 0;
 }
 
-TEST_F(DialogPicture, LabelCoversTheUpButtonAndFoldersHaveIcons)
+TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLine)
 {
-    const int kept_screen = msc.screen;
-    msc.screen = 0;
-    MACIBM_startwind(win_open_dialog);
-    g_file_type = ftype_ter_tex;
-    OGL_assigncolor(56, 1.0f, 0.0f, 1.0f);   // the cursor's pulse, told apart from all else
-    fill_items({{"Sub", 1}, {"a.bmp", 0}, {"zz", 1}});
-    draw_into_array();
-
+    draw(win_open_dialog, ftype_ter_tex, {{"Sub", 1}, {"a.bmp", 0}, {"zz", 1}}, 0);
     // The label strip, window (11, 448) 299 by 13: black and the label only.
     const pixel_set label = stamped("'custom terrain textures' folder", 255, 503);
-    EXPECT_EQ(coloured(rgb_array, 78, 251, 500, 299, 13, 1), label);
-    EXPECT_EQ(coloured(rgb_array, 30, 251, 500, 299, 13, 1).size(), 299u * 13 - label.size());
+    EXPECT_EQ(coloured(78, 251, 500, 299, 13), label);
+    EXPECT_EQ(coloured(30, 251, 500, 299, 13).size(), 299u * 13 - label.size());
+    // Rows 10 apart from window y 429, folders in their colour with an icon beside them.
+    EXPECT_EQ(coloured(78, 270, 481, 40, 7), stamped("Sub", 270, 481));
+    EXPECT_EQ(coloured(65, 270, 471, 40, 7), stamped("a.bmp", 270, 471));
+    EXPECT_TRUE(coloured(78, 255, 481, 11, 8).size() > 20 && coloured(78, 255, 471, 11, 8).empty());
+    // The knob's face at the top of the strip for the first item, window y
+    // 434 - 7, at the bottom for the last.
+    EXPECT_EQ(coloured(67, 543, 485, 1, 1).size(), 1u);
+    draw(win_open_dialog, ftype_ter_tex, {{"Sub", 1}, {"a.bmp", 0}, {"zz", 1}}, 2);
+    EXPECT_EQ(coloured(67, 543, 93, 1, 1).size(), 1u);
 
-    // Rows 10 apart from window y 429; icons beside folders only.
-    EXPECT_EQ(coloured(rgb_array, 78, 255, 481, 11, 8, 1), folder_icon(255, 481));
-    EXPECT_EQ(coloured(rgb_array, 78, 255, 471, 11, 8, 1).size() + coloured(rgb_array, 65, 255, 471, 11, 8, 1).size(), 0u);
-    EXPECT_EQ(coloured(rgb_array, 78, 255, 461, 11, 8, 1), folder_icon(255, 461));
-    EXPECT_EQ(coloured(rgb_array, 65, 270, 471, 40, 7, 1), stamped("a.bmp", 270, 471));
-    EXPECT_EQ(coloured(rgb_array, 78, 270, 481, 40, 7, 1), stamped("Sub", 270, 481));
-
-    // The knob at the top of the strip: window y 434 - 7 for the first item.
-    EXPECT_TRUE(has_colour(px_at(rgb_array, 543, 485), 67));
-    EXPECT_TRUE(has_colour(px_at(rgb_array, 537, 485), 65));
-    EXPECT_TRUE(has_colour(px_at(rgb_array, 549, 485), 69));
-    EXPECT_TRUE(has_colour(px_at(rgb_array, 543, 479), 69));
-    g_item_top = 2;   // the last item: at the bottom
-    draw_into_array();
-    EXPECT_TRUE(has_colour(px_at(rgb_array, 543, 93), 67));
-    EXPECT_TRUE(has_colour(px_at(rgb_array, 543, 87), 69));
-    EXPECT_EQ(coloured(rgb_array, 56, 250, 62, 300, 14, 1).size(), 0u);   // no name line
-
-    // The same picture on OpenGL, over the baked window.
-    reset_drawing_state();
-    MACIBM_startwind(win_open_dialog);
-    g_item_top = 0;
-    OGL_plot_background();
-    opensave_update();
-    const std::vector<unsigned char> frame = grab_back_buffer();
-    EXPECT_EQ(coloured(frame.data(), 78, 255, 481, 11, 8, 0), folder_icon(255, 481));
-    EXPECT_TRUE(has_colour(px_at(frame.data(), 543, 485), 67));
-    EXPECT_TRUE(has_colour(px_at(frame.data(), 400, 300), 30));   // the list's black
-    msc.screen = kept_screen;
-    MACIBM_startwind(0);
-}
-
-TEST_F(DialogPicture, WithoutALabelTheUpButtonShowsAndTheSaveDialogHasANameLine)
-{
-    const int kept_screen = msc.screen;
-    msc.screen = 0;
-    MACIBM_startwind(win_save_dialog);
-    std::strcpy(g_cs_input, "ab");
-    g_file_type = ftype_all;
-    OGL_assigncolor(56, 1.0f, 0.0f, 1.0f);
-    fill_items({{"only", 0}});
-    draw_into_array();
-    EXPECT_EQ(coloured(rgb_array, 30, 251, 500, 299, 13, 1), stamped("Go up a level", 362, 503));
-    EXPECT_EQ(coloured(rgb_array, 30, 251, 521, 299, 13, 1), stamped("   Cancel    ", 362, 524));
-    EXPECT_EQ(coloured(rgb_array, 65, 251, 63, 299, 13, 1), stamped("ab", 255, 66));
-    EXPECT_EQ(coloured(rgb_array, 56, 251, 63, 299, 13, 1), rect_pixels(268, 65, 1, 9));   // the cursor
-    EXPECT_EQ(coloured(rgb_array, 67, 537, 87, 13, 400, 1).size(), 0u);   // one item: no knob
-    EXPECT_EQ(coloured(rgb_array, 65, 251, 87, 282, 405, 1), stamped("only", 270, 481));
-    g_num_items = 0;
-    draw_into_array();
-    EXPECT_EQ(coloured(rgb_array, 65, 251, 87, 282, 405, 1).size(), 0u);  // no rows
-    msc.screen = kept_screen;
-    MACIBM_startwind(0);
+    // Without a label the up button shows; the save dialog has the name line
+    // with the cursor after the typed name; with one item, no knob.
+    draw(win_save_dialog, ftype_all, {{"only", 0}}, 0, "ab");
+    EXPECT_EQ(coloured(30, 251, 500, 299, 13), stamped("Go up a level", 362, 503));
+    EXPECT_EQ(coloured(65, 251, 63, 299, 13), stamped("ab", 255, 66));
+    EXPECT_EQ(coloured(56, 251, 63, 299, 13), rect_pixels(268, 65, 1, 9));
+    EXPECT_EQ(coloured(67, 537, 87, 13, 400).size(), 0u);
 }

@@ -22,7 +22,14 @@ inline char test_folder[] = "/tmp/tf_window_XXXXXX";
 inline void bring_up_platform()
 {
     if (ogl_ready) return;
-    ASSERT_TRUE(platform_video_up()) << "these tests need an X display (DISPLAY)";
+    // A display busy with many test programs at once may refuse a connection
+    // for a moment: try again a few times before giving up.
+    int up = 0;
+    for (int attempt = 0; attempt < 20 && !up; attempt++) {
+        up = platform_video_up();
+        if (!up) usleep(100 * 1000);
+    }
+    ASSERT_TRUE(up) << "these tests need an X display (DISPLAY)";
     ASSERT_TRUE(mkdtemp(test_folder) && chdir(test_folder) == 0);
     std::atexit([] {
         unlink("Error.out");
