@@ -74,13 +74,6 @@ static long long scripted_clock()
     return fake_ms;
 }
 
-// Only what a test pushes: the display's own pointer and window stay out.
-static int pushed_only(void*, SDL_Event* e)
-{
-    if (e->type == SDL_MOUSEMOTION || e->type == SDL_MOUSEBUTTONDOWN || e->type == SDL_MOUSEBUTTONUP)
-        return e->button.windowID == 0;
-    return e->type != SDL_WINDOWEVENT || e->window.windowID == 0;
-}
 
 // The start folder of the texture dialog: the folder "Sub" (item 0), the files
 // f00.bmp to f58.bmp (items 1 to 59) and the folder "zz" (item 60).
@@ -94,7 +87,7 @@ protected:
     void SetUp() override
     {
         WindowTest::SetUp();
-        SDL_SetEventFilter(pushed_only, nullptr);
+        SDL_SetEventFilter(pushed_events_only, nullptr);
         platform_take_messages();
         MACIBM_restart_pump();
         platform_clock_ms = scripted_clock;

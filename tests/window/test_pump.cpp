@@ -28,21 +28,13 @@ static void frame_at(long long ms)
     MACIBM_event_proc();
 }
 
-// Only what a test pushes: the real pointer and window of the display, which
-// other programs on it may move or cover, stay out.
-static int pushed_only(void*, SDL_Event* e)
-{
-    if (e->type == SDL_MOUSEMOTION || e->type == SDL_MOUSEBUTTONDOWN || e->type == SDL_MOUSEBUTTONUP)
-        return e->button.windowID == 0;
-    return e->type != SDL_WINDOWEVENT || e->window.windowID == 0;
-}
 
 class PumpTest : public WindowTest {
 protected:
     void SetUp() override
     {
         WindowTest::SetUp();
-        SDL_SetEventFilter(pushed_only, nullptr);
+        SDL_SetEventFilter(pushed_events_only, nullptr);
         platform_take_messages();   // what the display had sent before
         MACIBM_restart_pump();
         platform_clock_ms = fake_clock;

@@ -83,12 +83,6 @@ static long long scripted_user()
     return fake_ms += 20;
 }
 
-static int pushed_only(void*, SDL_Event* e)
-{
-    if (e->type == SDL_MOUSEMOTION || e->type == SDL_MOUSEBUTTONDOWN || e->type == SDL_MOUSEBUTTONUP)
-        return e->button.windowID == 0;
-    return e->type != SDL_WINDOWEVENT || e->window.windowID == 0;
-}
 
 static void frame_at(float x, float y, int click, int down = 1, int repeat = 0)
 {
@@ -133,7 +127,7 @@ struct TerrainTest : WindowTest {
         msc.screen = 0, msc.obj_sel = -1;   // no panel baked when a modal window closes
         obj_flash = tex_list_top = 0;
         have_done_first_update = 1;
-        SDL_SetEventFilter(pushed_only, nullptr);
+        SDL_SetEventFilter(pushed_events_only, nullptr);
         platform_take_messages();
         MACIBM_restart_pump();
         platform_clock_ms = scripted_user;

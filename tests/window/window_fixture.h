@@ -6,6 +6,7 @@
 #include "platform/Hl_mnw.h"
 
 #include <GL/gl.h>
+#include <SDL2/SDL.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -93,4 +94,14 @@ inline pixel_set rect_pixels(int x0, int y0, int w, int h, pixel_set s = {})
     for (int x = x0; x < x0 + w; x++)
         for (int y = y0; y < y0 + h; y++) s.insert({x, y});
     return s;
+}
+
+// An event filter that lets through only what a test pushes itself: the real
+// pointer and window of the display, which other programs on it may move or
+// cover, stay out.
+inline int pushed_events_only(void*, SDL_Event* e)
+{
+    if (e->type == SDL_MOUSEMOTION || e->type == SDL_MOUSEBUTTONDOWN || e->type == SDL_MOUSEBUTTONUP)
+        return e->button.windowID == 0;
+    return e->type != SDL_WINDOWEVENT || e->window.windowID == 0;
 }
