@@ -98,7 +98,7 @@ void OGL_viewport(int mode, float left, float bottom, float right, float top,
     if (mode == 3)
         glFrustum(left / zoom, right / zoom, bottom * height / width / zoom,
                   top * height / width / zoom, znear, zfar);
-    glViewport((int)(vx1 * mnw.scale_x), (int)(vy1 * mnw.scale_y),
+    glViewport(canvas_place.left + (int)(vx1 * mnw.scale_x), canvas_place.bottom + (int)(vy1 * mnw.scale_y),
                (int)(width * mnw.scale_x), (int)(height * mnw.scale_y));
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
@@ -141,7 +141,8 @@ void OGL_setcolorRGBA(float r, float g, float b, float alpha, int skip_lighting)
 void OGL_scissors(float x, float y, float w, float h)
 {
     glEnable(GL_SCISSOR_TEST);
-    glScissor((int)((mnw.win_x + x) * mnw.scale_x), (int)((mnw.win_y + y) * mnw.scale_y),
+    glScissor(canvas_place.left + (int)((mnw.win_x + x) * mnw.scale_x),
+              canvas_place.bottom + (int)((mnw.win_y + y) * mnw.scale_y),
               (int)(w * mnw.scale_x), (int)(h * mnw.scale_y));
 }
 

@@ -86,98 +86,162 @@ static void open_error_log()
     err.open("Error.out", std::ios::out | std::ios::trunc);
 }
 
-// ---- display modes --------------------------------------------------------------------
+// ---- the window as the display -------------------------------------------------------
+//
+// The editor never changes the monitor's mode. What the system calls its display
+// is the drawable of its own window: mnw.scr_x by mnw.scr_y are the pixels of the
+// 4:3 canvas inside it, and the rest of a window of another shape is a black bar
+// on two sides.
 
-struct display_mode {
-    int w, h, bits;
-};
+canvas_rect canvas_place;                  // where the canvas stands in the drawable
+static int drawable_w, drawable_h;         // the window's drawable, in pixels
 
-// A mode serves a target of the same size with at least the bits asked for:
-// displays no longer offer 16 bits, and more is never worse.
-static int mode_serves(const display_mode& m, const display_mode& target)
+// Factors of 800 by 600 that a new window is offered at, largest last.
+static const float window_factors[] = {1.0f, 1.25f, 1.5f, 1.75f, 2.0f, 2.5f, 3.0f};
+
+canvas_rect platform_fit_canvas(int w, int h)
 {
-    return m.w == target.w && m.h == target.h && m.bits >= target.bits;
+    canvas_rect c;
+    if (w * 3 <= h * 4) {          // as wide as the drawable, bars above and below
+        c.width = w;
+        c.height = w * 3 / 4;
+    } else {                       // as high as the drawable, bars left and right
+        c.height = h;
+        c.width = h * 4 / 3;
+    }
+    c.left = (w - c.width) / 2;
+    c.top = (h - c.height) / 2;
+    c.bottom = h - c.height - c.top;
+    return c;
 }
 
-static display_mode mode_of(const SDL_DisplayMode& dm)
+int platform_canvas_point(const canvas_rect& c, int px, int py, int* cx, int* cy)
 {
-    display_mode m = {dm.w, dm.h, (int)SDL_BITSPERPIXEL(dm.format)};
-    return m;
+    *cx = intlim(px - c.left, 0, c.width - 1);
+    *cy = intlim(py - c.top, 0, c.height - 1);
+    return *cx == px - c.left && *cy == py - c.top;
 }
 
-static int read_mode(int desktop, display_mode* m)
+float platform_window_factor(int usable_w, int usable_h)
 {
-    SDL_DisplayMode dm;
-    if (!SDL_WasInit(SDL_INIT_VIDEO)) return 0;
-    int failed = desktop ? SDL_GetDesktopDisplayMode(0, &dm) : SDL_GetCurrentDisplayMode(0, &dm);
-    if (failed) return 0;
-    *m = mode_of(dm);
-    return 1;
+    float best = 0;
+    for (float f : window_factors)
+        if (800.0f * f <= usable_w && 600.0f * f <= usable_h) best = f;
+    if (best > 0) return best;
+    return fltmin2(usable_w / 800.0f, usable_h / 600.0f);   // a display smaller than the canvas
 }
 
-// A switched mode is a fullscreen window in that mode; the desktop mode is the
-// window as it is. Before the window exists the choice waits for it.
-static SDL_DisplayMode switched_mode;
-static int mode_switched;
+void platform_fit_inside(float* w, float* h, int usable_w, int usable_h)
+{
+    const float shrink = fltmin2(1.0f, fltmin2(usable_w / *w, usable_h / *h));
+    *w = std::floor(*w * shrink);
+    *h = std::floor(*h * shrink);
+}
 
-static int apply_display_mode()
+// Drawable pixels per window unit: 1, or 2 on a display that doubles.
+static float pixel_ratio()
 {
     SDL_Window* win = (SDL_Window*)mnw.hwnd;
-    if (!win) return 1;
-    if (!mode_switched) return SDL_SetWindowFullscreen(win, 0) == 0;
-    if (SDL_SetWindowDisplayMode(win, &switched_mode) != 0) return 0;
-    return SDL_SetWindowFullscreen(win, SDL_WINDOW_FULLSCREEN) == 0;
+    if (!win) return 1.0f;
+    int ww = 0, wh = 0, dw = 0, dh = 0;
+    SDL_GetWindowSize(win, &ww, &wh);
+    SDL_GL_GetDrawableSize(win, &dw, &dh);
+    return ww > 0 && dw > 0 ? (float)dw / ww : 1.0f;
 }
 
-static int switch_display_mode(const display_mode& target)
+// The part of the window's display that windows may take: without the
+// desktop's panels.
+static SDL_Rect usable_bounds()
 {
-    display_mode desktop;
-    if (read_mode(1, &desktop) && mode_serves(desktop, target)) {
-        mode_switched = 0;
-        return apply_display_mode();
-    }
-    int count = SDL_GetNumDisplayModes(0);
-    for (int k = 0; k < count; k++) {
-        SDL_DisplayMode dm;
-        if (SDL_GetDisplayMode(0, k, &dm) != 0 || !mode_serves(mode_of(dm), target)) continue;
-        switched_mode = dm;
-        mode_switched = 1;
-        return apply_display_mode();
-    }
-    return 0;
+    const int display = mnw.hwnd ? intlim(SDL_GetWindowDisplayIndex((SDL_Window*)mnw.hwnd), 0, 99) : 0;
+    SDL_Rect r = {0, 0, 800, 600};
+    if (SDL_GetDisplayUsableBounds(display, &r) != 0) SDL_GetDisplayBounds(display, &r);
+    return r;
 }
 
+// The window's frame and title bar, once the window manager has told them;
+// none before, and none with no window manager.
+struct frame_sizes {
+    int top, left, bottom, right;
+};
+static frame_sizes window_frame()
+{
+    frame_sizes f = {0, 0, 0, 0};
+    if (!mnw.hwnd || SDL_GetWindowBordersSize((SDL_Window*)mnw.hwnd, &f.top, &f.left, &f.bottom, &f.right) != 0)
+        f = {0, 0, 0, 0};
+    return f;
+}
+
+// What the window itself may take of the display, in window units.
+static void usable_area(int* w, int* h)
+{
+    const SDL_Rect r = usable_bounds();
+    const frame_sizes f = window_frame();
+    *w = r.w - f.left - f.right;
+    *h = r.h - f.top - f.bottom;
+}
+
+// The window centred in the usable area, its frame included.
+static void centre_window()
+{
+    const SDL_Rect r = usable_bounds();
+    const frame_sizes f = window_frame();
+    int w = 0, h = 0;
+    SDL_GetWindowSize((SDL_Window*)mnw.hwnd, &w, &h);
+    SDL_SetWindowPosition((SDL_Window*)mnw.hwnd, r.x + f.left + (r.w - f.left - f.right - w) / 2,
+                          r.y + f.top + (r.h - f.top - f.bottom - h) / 2);
+}
+
+// The window size the user gets when no preference asks for one: the canvas at
+// the largest of the offered factors that fits the display, in drawable pixels.
+static void default_window_size()
+{
+    int w, h;
+    usable_area(&w, &h);
+    const float f = platform_window_factor(w, h) * pixel_ratio();
+    mnw.scr_x = std::floor(800.0f * f);
+    mnw.scr_y = std::floor(600.0f * f);
+}
+
+static int window_size_asked;   // a resolution preference file gave the size
+
+// The canvas follows the drawable: its place, the display size, the scales,
+// the blend choice and the viewport.
+static void refit_canvas()
+{
+    SDL_GL_GetDrawableSize((SDL_Window*)mnw.hwnd, &drawable_w, &drawable_h);
+    canvas_place = platform_fit_canvas(drawable_w, drawable_h);
+    mnw.scr_x = (float)canvas_place.width;
+    mnw.scr_y = (float)canvas_place.height;
+    MACIBM_set_scale();
+    if (ogl_ready) OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
+}
+
+// The window takes the size in mnw.scr_x and mnw.scr_y, in drawable pixels, or
+// the largest of that shape that the display holds. There is no mode to put back.
 int MACIBM_setres(int set)
 {
-    static int have_first = 0;
-    static display_mode first;
-    display_mode now;
-    if (!read_mode(0, &now)) return 0;
-    if (!have_first) {
-        first = now;
-        have_first = 1;
-    }
-    display_mode target = first;
-    if (set) target = {(int)mnw.scr_x, (int)mnw.scr_y, (int)mnw.scr_bits};
-    if (mode_serves(now, target)) return 1;
-    return switch_display_mode(target);
+    SDL_Window* win = (SDL_Window*)mnw.hwnd;
+    if (!set || !win) return 1;
+    float w = mnw.scr_x, h = mnw.scr_y;
+    int uw, uh;
+    usable_area(&uw, &uh);
+    const float ratio = pixel_ratio();
+    platform_fit_inside(&w, &h, (int)(uw * ratio), (int)(uh * ratio));
+    SDL_SetWindowSize(win, (int)(w / ratio), (int)(h / ratio));
+    centre_window();
+    refit_canvas();
+    return 1;
 }
 
 static void choose_display_mode()
 {
-    const char* failed = "I could not set the resolution to the requested resolution to run Norvane!";
     mnw.scr_x = 800;
     mnw.scr_y = 600;
     mnw.scr_bits = 16;
-    handle_prefs(2, 5, res_path);   // when the display preference file exists it decides
-    if (MACIBM_setres(1)) return;
-    MACIBM_alert(failed, "I will try 800 by 600, 16-bit color now.", "", "", alert_warning);
-    mnw.scr_x = 800;
-    mnw.scr_y = 600;
-    mnw.scr_bits = 16;
-    if (MACIBM_setres(1)) return;
-    MACIBM_alert(failed, "Set your machine to 800 by 600, 16-bit color to run Norvane.", "", "",
-                 alert_fatal);
+    window_size_asked = handle_prefs(2, 5, res_path);   // when the resolution file exists it decides
+    if (!window_size_asked) default_window_size();
+    if (mnw.scr_x < 1 || mnw.scr_y < 1) default_window_size();
 }
 
 void MACIBM_set_scale()
@@ -206,7 +270,7 @@ static SDL_GLContext gl_context;
 int platform_video_up()
 {
     if (SDL_WasInit(SDL_INIT_VIDEO)) return 1;
-    // A fullscreen window must stay up when another program takes the focus.
+    // A full-screen window must stay up when another program takes the focus.
     SDL_SetHint(SDL_HINT_VIDEO_MINIMIZE_ON_FOCUS_LOSS, "0");
     if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) return 0;
     // With no display SDL falls back on drivers that show nothing: no use here.
@@ -234,24 +298,45 @@ static void set_gl_attributes(int depth_bits)
 }
 
 // The depth buffer is asked for at 32 bits, else the closest that is offered.
+// The window is an ordinary one of the desktop: framed, movable, resizable.
 static void create_window()
 {
     const int depths[4] = {32, 24, 16, 0};
-    const Uint32 flags = SDL_WINDOW_OPENGL | SDL_WINDOW_BORDERLESS | SDL_WINDOW_HIDDEN;
+    const Uint32 flags = SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI | SDL_WINDOW_HIDDEN;
     SDL_Window* win = nullptr;
     for (int k = 0; k < 4 && !win; k++) {
         set_gl_attributes(depths[k]);
-        win = SDL_CreateWindow("Norsuite", 0, 0, (int)mnw.scr_x, (int)mnw.scr_y, flags);
+        win = SDL_CreateWindow(window_title, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
+                               (int)mnw.scr_x, (int)mnw.scr_y, flags);
     }
     if (!win) MACIBM_alert("Can't create window!", sdl_error_line(), "", "", alert_fatal);
     mnw.hwnd = win;
+    SDL_SetWindowMinimumSize(win, 200, 150);
+}
+
+// A window manager tells the size of its frame only once the window is on
+// screen: wait a moment for it, so that the frame counts when the window is
+// sized. With no window manager there is no frame and nothing comes.
+static void wait_for_frame_size()
+{
+    SDL_Window* win = (SDL_Window*)mnw.hwnd;
+    for (int k = 0; k < 25; k++) {
+        int top = 0;
+        if (SDL_GetWindowBordersSize(win, &top, nullptr, nullptr, nullptr) == 0 && top > 0) return;
+        SDL_PumpEvents();
+        SDL_Delay(10);
+    }
 }
 
 static void show_window_and_make_context()
 {
     SDL_Window* win = (SDL_Window*)mnw.hwnd;
-    apply_display_mode();
-    if (active_windstyle != 0) SDL_ShowWindow(win);
+    if (active_windstyle != 0) {
+        SDL_ShowWindow(win);
+        wait_for_frame_size();
+    }
+    if (!window_size_asked) default_window_size();
+    MACIBM_setres(1);
     active_dc = win;
     gl_context = SDL_GL_CreateContext(win);
     if (!gl_context)
@@ -320,9 +405,36 @@ static void start_black()
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
 
+// Clears the bars beside the canvas, where nothing is drawn; the scissor box
+// the frame left is put back.
+static void clear_bars()
+{
+    const canvas_rect& c = canvas_place;
+    if (c.width == drawable_w && c.height == drawable_h) return;
+    GLint box[4];
+    glGetIntegerv(GL_SCISSOR_BOX, box);
+    const GLboolean scissor = glIsEnabled(GL_SCISSOR_TEST);
+    glEnable(GL_SCISSOR_TEST);
+    glClearColor(0, 0, 0, 1);
+    const int right = drawable_w - c.left - c.width;
+    const int bars[4][4] = {{0, 0, c.left, drawable_h},
+                            {c.left + c.width, 0, right, drawable_h},
+                            {c.left, 0, c.width, c.bottom},
+                            {c.left, c.bottom + c.height, c.width, c.top}};
+    for (const auto& b : bars)
+        if (b[2] > 0 && b[3] > 0) {
+            glScissor(b[0], b[1], b[2], b[3]);
+            glClear(GL_COLOR_BUFFER_BIT);
+        }
+    glScissor(box[0], box[1], box[2], box[3]);
+    if (!scissor) glDisable(GL_SCISSOR_TEST);
+}
+
 void platform_swap(void* dc)
 {
-    if (dc) SDL_GL_SwapWindow((SDL_Window*)dc);
+    if (!dc) return;
+    clear_bars();
+    SDL_GL_SwapWindow((SDL_Window*)dc);
 }
 
 static void release_window()
@@ -587,12 +699,62 @@ static void close_from_outside()
     APPLICATION_handlemenu(104);
 }
 
+// A point of the window, in window units from its top left, as a point of the
+// canvas packed for the window procedure; 0 when it lies on a bar.
+static int canvas_message_point(int x, int y, long* packed)
+{
+    const float ratio = pixel_ratio();
+    int cx, cy;
+    const int on_canvas = platform_canvas_point(canvas_place, (int)(x * ratio), (int)(y * ratio), &cx, &cy);
+    *packed = pack_point(cx, cy);
+    return on_canvas;
+}
+
+// A press on a bar reaches nothing; a release always ends the hold. A press
+// brings the mouse to its place first, as the move before it would.
 static void mouse_button(const SDL_MouseButtonEvent& b, int down)
 {
     unsigned int msg = 0;
     if (b.button == SDL_BUTTON_LEFT) msg = down ? msg_lbuttondown : msg_lbuttonup;
     if (b.button == SDL_BUTTON_RIGHT) msg = down ? msg_rbuttondown : msg_rbuttonup;
-    if (msg) IBM_handlewin(mnw.hwnd, msg, 0, pack_point(b.x, b.y));
+    if (!msg) return;
+    long point;
+    const int on_canvas = canvas_message_point(b.x, b.y, &point);
+    if (down && !on_canvas) return;
+    if (down) IBM_handlewin(mnw.hwnd, msg_mousemove, 0, point);
+    IBM_handlewin(mnw.hwnd, msg, 0, point);
+}
+
+static void mouse_moved_to(int x, int y)
+{
+    long point;
+    canvas_message_point(x, y, &point);
+    IBM_handlewin(mnw.hwnd, msg_mousemove, 0, point);
+}
+
+// F11 puts the window in full screen on the desktop's own mode, and back.
+static void toggle_full_screen()
+{
+    SDL_Window* win = (SDL_Window*)mnw.hwnd;
+    const int full = (SDL_GetWindowFlags(win) & SDL_WINDOW_FULLSCREEN_DESKTOP) == SDL_WINDOW_FULLSCREEN_DESKTOP;
+    SDL_SetWindowFullscreen(win, full ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
+}
+
+// A new window size: the canvas is fitted again, the whole drawable cleared
+// (the bars stay black), and the current window repainted at the new scale.
+static void window_resized(int* paint_due)
+{
+    refit_canvas();
+    glDisable(GL_SCISSOR_TEST);
+    glClearColor(0, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    *paint_due = 1;
+}
+
+static void window_event(const SDL_WindowEvent& w, int* paint_due)
+{
+    if (w.event == SDL_WINDOWEVENT_EXPOSED || w.event == SDL_WINDOWEVENT_SHOWN) *paint_due = 1;
+    if (w.event == SDL_WINDOWEVENT_SIZE_CHANGED) window_resized(paint_due);
 }
 
 static void dispatch_event(const SDL_Event& e, int* paint_due)
@@ -602,11 +764,10 @@ static void dispatch_event(const SDL_Event& e, int* paint_due)
         close_from_outside();
         break;
     case SDL_WINDOWEVENT:
-        if (e.window.event == SDL_WINDOWEVENT_EXPOSED || e.window.event == SDL_WINDOWEVENT_SHOWN)
-            *paint_due = 1;
+        window_event(e.window, paint_due);
         break;
     case SDL_MOUSEMOTION:
-        IBM_handlewin(mnw.hwnd, msg_mousemove, 0, pack_point(e.motion.x, e.motion.y));
+        mouse_moved_to(e.motion.x, e.motion.y);
         break;
     case SDL_MOUSEBUTTONDOWN:
         mouse_button(e.button, 1);
@@ -615,6 +776,10 @@ static void dispatch_event(const SDL_Event& e, int* paint_due)
         mouse_button(e.button, 0);
         break;
     case SDL_KEYDOWN: {
+        if (e.key.keysym.sym == SDLK_F11) {
+            toggle_full_screen();
+            break;
+        }
         int code = platform_key_code(e.key.keysym.sym);
         if (code) IBM_handlewin(mnw.hwnd, msg_keydown, (unsigned long)code, 0);
         break;

@@ -17,7 +17,7 @@ const int alert_fatal = 108;
 
 void MACIBM_init();
 void fill_constants();               // the unit constants of con, at float precision
-int MACIBM_setres(int set);           // 1: the mode of mnw.scr_*; 0: the mode found first
+int MACIBM_setres(int set);           // 1: the window takes mnw.scr_x by mnw.scr_y; 0: nothing to put back
 void MACIBM_finishup();
 void MACIBM_alert(const char* line1, const char* line2, const char* line3,
                   const void* line4, int kind);
@@ -50,6 +50,24 @@ int platform_video_up();       // brings up the video system once; 1 when a disp
 
 // Scale of the canvas on the display and the blend choice, from mnw.scr_x and mnw.scr_y.
 void MACIBM_set_scale();
+
+// The window is the display: the canvas stands in its drawable as the largest
+// 4:3 area that fits, centred, with black bars on the two other sides.
+struct canvas_rect {
+    int left, top, bottom;   // the bars, in drawable pixels
+    int width, height;       // the canvas, in drawable pixels: mnw.scr_x and mnw.scr_y
+};
+extern canvas_rect canvas_place;
+canvas_rect platform_fit_canvas(int drawable_w, int drawable_h);
+// A drawable pixel (from the top left) as a pixel of the canvas (from its top
+// left), kept on the canvas; 1 when it was on the canvas, 0 on a bar.
+int platform_canvas_point(const canvas_rect& c, int px, int py, int* cx, int* cy);
+// The largest of 1, 1.25, 1.5, 1.75, 2, 2.5 and 3 at which 800 by 600 fits the
+// area; a smaller one when even 800 by 600 does not.
+float platform_window_factor(int usable_w, int usable_h);
+// Shrinks w by h, keeping its shape, until it fits the area.
+void platform_fit_inside(float* w, float* h, int usable_w, int usable_h);
+const char* const window_title = "Tile-Forger";
 // Renderer names: the one that needs the drawn pointer, and the bare software one.
 int renderer_is_3dfx(const char* name);
 int renderer_is_generic(const char* name);

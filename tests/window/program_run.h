@@ -48,7 +48,7 @@ inline bool send_close(const std::string& display, Window window)
 inline Window find_program_window(pid_t pid, const std::string& display)
 {
     const std::string search = "DISPLAY=" + display + " xdotool search --all --pid " + std::to_string(pid) +
-                               " --name '^Norsuite$'";
+                               " --name '^Tile-Forger$'";
     Window window = 0;
     for (int k = 0; k < 600 && !window && exit_status(pid, 1) == -1; k++)
         window = std::strtoul(output_of(search).c_str(), nullptr, 10);

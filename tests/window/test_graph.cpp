@@ -164,10 +164,15 @@ TEST_F(GraphTest, ColourTableAndStartUp)
     for (const auto& s : samples)
         for (int k = 0; k < 3; k++) EXPECT_EQ(col_rgb[(int)s[0]][k], s[k + 1]) << s[0];
 
-    // No preference file: 800 by 600 at 16 bits, which the 24-bit desktop serves untouched.
+    // No preference file on an 800 by 600 display: a window of 800 by 600,
+    // never full screen. An asked size the display cannot hold shrinks to it,
+    // and the display size that the drawing sees follows the window.
     EXPECT_EQ(mnw.scr_bits, 16.0f);
     EXPECT_EQ(MACIBM_setres(1) + MACIBM_setres(0), 2);
     EXPECT_FALSE(SDL_GetWindowFlags((SDL_Window*)mnw.hwnd) & SDL_WINDOW_FULLSCREEN);
-    mnw.scr_x = 1000;   // a mode the display does not list
-    EXPECT_EQ(MACIBM_setres(1), 0);
+    mnw.scr_x = 1000;
+    mnw.scr_y = 750;
+    EXPECT_EQ(MACIBM_setres(1), 1);
+    EXPECT_EQ(mnw.scr_x, 800.0f);
+    EXPECT_EQ(mnw.scr_y, 600.0f);
 }

@@ -50,23 +50,45 @@ protected:
     }
 };
 
-TEST_F(PumpTest, MouseIsOnTheCanvasAtAnyDisplayScale)
+// A window of 1280 by 768 pixels: a canvas of 1024 by 768 with bars of 128
+// left and right. The mouse is in canvas units, relative to the current
+// window's origin, y upward; a press on a bar reaches nothing.
+TEST_F(PumpTest, MouseIsOnTheCanvasAtAnyWindowSize)
 {
+    const canvas_rect kept = canvas_place;
+    canvas_place = platform_fit_canvas(1280, 768);
     mnw.scr_x = 1024;
     mnw.scr_y = 768;
     MACIBM_set_scale();
     EXPECT_FLOAT_EQ(mnw.scale_y, 1.28f);
     EXPECT_EQ(use_blend, 1);
-    push(SDL_MOUSEMOTION, 512, 0);
+    push(SDL_MOUSEMOTION, 128 + 512, 0);
     platform_take_messages();
     EXPECT_FLOAT_EQ(mnw.mouse_x, 400.0f);
     EXPECT_FLOAT_EQ(mnw.mouse_y, 600.0f);
-    mnw.win_x = 200;   // relative to the window's origin, y upward
+    mnw.win_x = 200;
     mnw.win_y = 198;
-    push(SDL_MOUSEMOTION, 256, 768);
+    push(SDL_MOUSEMOTION, 128 + 256, 767);
     platform_take_messages();
     EXPECT_FLOAT_EQ(mnw.mouse_x, 0.0f);
-    EXPECT_FLOAT_EQ(mnw.mouse_y, -198.0f);
+    EXPECT_FLOAT_EQ(mnw.mouse_y, 1 / 1.28f - 198.0f);
+
+    mnw.win_x = mnw.win_y = 0;
+    SDL_Event press = {};
+    press.type = SDL_MOUSEBUTTONDOWN;
+    press.button.button = SDL_BUTTON_LEFT;
+    press.button.x = 127;   // the last pixel of the left bar
+    press.button.y = 384;
+    SDL_PushEvent(&press);
+    platform_take_messages();
+    EXPECT_EQ(mnw.mouse_click + mnw.mouse_down, 0);
+    press.button.x = 128 + 640;   // a press brings the mouse to its place
+    SDL_PushEvent(&press);
+    platform_take_messages();
+    EXPECT_EQ(mnw.mouse_click, 1);
+    EXPECT_FLOAT_EQ(mnw.mouse_x, 500.0f);
+    EXPECT_FLOAT_EQ(mnw.mouse_y, 300.0f);
+    canvas_place = kept;
 }
 
 TEST_F(PumpTest, NothingRunsBeforeTheFirstPaintThenPulseColoursFollowTheTime)
