@@ -1,6 +1,8 @@
 // Start-up of the editor: the defaults, the flat tile, the open tile and the
 // two world databases, then frames until the quit command ends the run.
 #include "app/Main.h"
+#include "app/Airports.h"
+#include "app/Navaids.h"
 #include "app/Screens.h"
 #include "app/Terrain.h"
 #include "app/Utils.h"
@@ -358,9 +360,11 @@ void APPLICATION_update()
     if (mnw.win_id != 0) return;
     if (msc.screen == cmd_screen_terrain) handle_map();
     if (msc.screen == cmd_screen_obstacles) handle_obs();
-    // The airport and navaid screens join here. Any click on them marks their store.
+    // Any click on the airport and navaid screens marks their store.
     if (msc.screen == cmd_screen_airports && mnw.mouse_click) msc.apt_dirty = 1;
     if (msc.screen == cmd_screen_navaids && mnw.mouse_click) msc.nav_dirty = 1;
+    if (msc.screen == cmd_screen_airports) handle_apt();
+    if (msc.screen == cmd_screen_navaids) handle_nav();
     if (on_map_screen()) {
         plot_TF_terrain();
         draw_pointer_readout();

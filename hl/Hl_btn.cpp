@@ -4,6 +4,7 @@
 #include "hl/Hl_funct.h"
 #include "hl/Hl_graph.h"
 #include "hl/Hl_types.h"
+#include "platform/Hl_mnw.h"
 
 #include <cstring>
 
@@ -214,4 +215,76 @@ int instdbtn(int col, float x, float y, float* value, int digits, int decimals, 
     float vmax = field_top(digits, decimals) * all_nines[places];
     float vmin = signed_flag ? -vmax : 0.0f;
     return instdbtn_range(col, x, y, value, digits, decimals, vmin, vmax, help);
+}
+
+// ---- name list ------------------------------------------------------------------------------
+
+namespace {
+
+int list_dragging;   // the knob is held; shared by every list, one list a screen
+
+const float list_top = 54, list_bottom = -53;
+const float knob_strip_dx = 280, knob_strip_w = 15, knob_h = 13, knob_w = 14;
+const float arrow_h = 14, rows_w = 261;
+const int list_text_col = 7, list_hot_col = 56, list_edit_col = 65;
+
+void list_arrows(float sx, float top, float bottom, int* selected)
+{
+    if (list_dragging || !(mnw.mouse_click || mnw.mouse_repeat)) return;
+    if (fltbox(mnw.mouse_x, mnw.mouse_y, sx, top, sx + knob_strip_w, top + arrow_h)) *selected -= 1;
+    if (fltbox(mnw.mouse_x, mnw.mouse_y, sx, bottom - arrow_h, sx + knob_strip_w, bottom)) *selected += 1;
+}
+
+void list_knob_drag(float sx, float top, float bottom, int* selected, int first, int last)
+{
+    if ((mnw.mouse_down || list_dragging) && fltbox(mnw.mouse_x, mnw.mouse_y, sx, bottom, sx + knob_strip_w, top)) {
+        list_dragging = 1;
+        *selected = (int)interp(top - 7, (float)first, bottom + 7, (float)last, mnw.mouse_y, 1);
+    }
+    if (!mnw.mouse_down) list_dragging = 0;
+}
+
+void draw_list_knob(float sx, float knob_bottom)
+{
+    OGL_2dquad(154, 0, 1.0f, sx, knob_bottom, 0.7734375f, 0.78125f, sx, knob_bottom + knob_h, 0.7734375f, 0.984375f,
+               sx + knob_w, knob_bottom + knob_h, 0.8828125f, 0.984375f, sx + knob_w, knob_bottom, 0.8828125f,
+               0.78125f, sw_tex_on, sw_alpha_off, sw_blend_off);
+}
+
+// The selected name on the edit line, with a pulsing cursor behind it.
+void draw_edit_line(float x, float y, const char* name)
+{
+    C_to_C(name, g_cs_input);
+    OGL_string(list_edit_col, x + 3, y - 90, g_cs_input, no_wrap, label_advance, font_label);
+    const float cx = x + 3 + label_advance * (float)std::strlen(g_cs_input);
+    OGL_line(list_hot_col, cx, y - 91, cx, y - 84);
+}
+
+}   // namespace
+
+void plot_name_list(float x, float y, char (*names)[40], char (*ids)[5], int* selected, int first, int last)
+{
+    const float top = y + list_top, bottom = y + list_bottom, sx = x + knob_strip_dx;
+    if (last < first) {   // an empty table: nothing to select or edit
+        *selected = first;
+        g_cs_input[0] = 0;
+        OGL_framerect(list_edit_col, x + 5, y - 5, rows_w, 10);
+        return;
+    }
+    const float knob_centre = interp((float)first, top - 7, (float)last, bottom + 7, (float)*selected, 1);
+    list_arrows(sx, top, bottom, selected);
+    if (clicked_in(x, bottom - arrow_h, x + rows_w, top + arrow_h))
+        *selected = (int)(*selected - (mnw.mouse_y - y - 7) * 0.1f);   // the whole value truncated
+    list_knob_drag(sx, top, bottom, selected, first, last);
+    *selected = intlim(*selected, first, last);
+    draw_list_knob(sx, knob_centre - 7);
+    draw_edit_line(x, y, names[*selected]);
+    for (int k = -6; k <= 6; k++) {
+        const int r = *selected + k;
+        if (!intrange(r, first, last)) continue;
+        const int col = k == 0 ? list_hot_col : list_text_col;
+        OGL_string(col, x + 8, y - 10 * k - 3, names[r], no_wrap, label_advance, font_label);
+        OGL_string(col, x + 242, y - 10 * k - 3, ids[r], no_wrap, label_advance, font_label);
+    }
+    OGL_framerect(list_edit_col, x + 5, y - 5, rows_w, 10);
 }

@@ -39,3 +39,10 @@ int instdbtn_range(int col, float x, float y, float* value, int digits, int deci
 // The same with the range the field can show: all nines, negative too if signed_flag.
 int instdbtn(int col, float x, float y, float* value, int digits, int decimals, int signed_flag,
              const char* help);
+
+// ---- name list ---------------------------------------------------------------------------
+// Thirteen rows of a table of named records with the selected one always in
+// the middle row (its centre line at y), a knob strip with arrows at the
+// right, and the selected name on the edit line below, copied into
+// g_cs_input. Rows first to last may be shown; the selection is held there.
+void plot_name_list(float x, float y, char (*names)[40], char (*ids)[5], int* selected, int first, int last);

@@ -89,3 +89,12 @@ int font_cell(int c, int font);            // the atlas cell that font draws c f
 // ---- the background panel -----------------------------------------------------------------------
 void load_rgbarray_into_baktex(int page);
 void OGL_plot_background();
+
+// ---- the airport diagram -------------------------------------------------------------------------
+// The runways of airport apt to one scale, north up, fitted into the box
+// (x1, y1) to (x2, y2) with a margin of 10 at zoom 1, then panned and zoomed;
+// a click on a runway makes it the selected one. Kept for the tests: the
+// fitted scale of the last call, in canvas units per metre.
+void OGL_airport(int apt, int* selected, float x1, float y1, float x2, float y2,
+                 float pan_x, float pan_y, float zoom);
+extern float airport_scale;

@@ -1005,10 +1005,12 @@ char key_character(int key, int shift)
 
 // The name of the selected record on the airport and navaid screens is the
 // text under entry; other screens edit only g_cs_input.
+// A selection outside the table's records (an empty table, a stale
+// preference) edits no name.
 static char* name_under_entry()
 {
-    if (msc.screen == 202) return apt_name[msc.apt_sel];
-    if (msc.screen == 203) return nav_name[msc.nav_sel];
+    if (msc.screen == 202 && intrange(msc.apt_sel, 0, apt_wrl_max)) return apt_name[msc.apt_sel];
+    if (msc.screen == 203 && intrange(msc.nav_sel, 0, nav_cap - 1)) return nav_name[msc.nav_sel];
     return nullptr;
 }
 

@@ -1,0 +1,236 @@
+// The table work of the airport and navaid screens: runs of runways that stay
+// whole through adds and deletes, the order of an airport's runways, the
+// runway list's text, the limits of full tables, and the glideslope's packed
+// heading. Expected values are worked out by hand from the records set here.
+#include "app/Airports.h"
+#include "app/Navaids.h"
+#include "hl/Hl_btn.h"
+#include "hl/Hl_graph.h"
+#include "world_fixture.h"
+
+#include <cstring>
+
+namespace {
+
+// Airports with the given numbers of runways; runway r has length 100 r + 100
+// (so the runs are sorted longest last, the reverse of the screen's order) and
+// latitude r, to tell them apart.
+void make_airports(std::initializer_list<int> runways)
+{
+    apt_wrl_max = -1;
+    rwy_wrl_max = -1;
+    for (int n : runways) {
+        const int a = ++apt_wrl_max;
+        apt_lo_ind[a] = rwy_wrl_max + 1;
+        for (int k = 0; k < n; k++) {
+            const int r = ++rwy_wrl_max;
+            rwy_lat[r] = (float)r;
+            rwy_len[r] = 100.0f * r + 100;
+            rwy_width[r] = 0;
+            rwy_num[r] = 1;
+        }
+        apt_hi_ind[a] = rwy_wrl_max;
+        C_to_C(("A" + std::to_string(a)).c_str(), apt_name[a]);
+    }
+}
+
+void expect_runs(std::initializer_list<std::pair<int, int>> runs)
+{
+    int a = 0;
+    for (auto [lo, hi] : runs) {
+        EXPECT_EQ(apt_lo_ind[a], lo) << "airport " << a;
+        EXPECT_EQ(apt_hi_ind[a], hi) << "airport " << a;
+        a++;
+    }
+    EXPECT_EQ(apt_wrl_max, a - 1);
+}
+
+std::string row_text(int num, char side)
+{
+    rwy_num[0] = num;
+    rwy_lcr[0] = side;
+    char text[10];
+    runway_row_text(0, text);
+    return text;
+}
+
+using AirportTables = WorldTest;
+
+TEST_F(AirportTables, RunwayRowsShowBothEnds)
+{
+    EXPECT_EQ(row_text(9, 'L'), "09L / 27R");
+    EXPECT_EQ(row_text(36, 'x'), "36  / 18 ");
+    EXPECT_EQ(row_text(18, 'C'), "18C / 36C");
+    EXPECT_EQ(row_text(0, 'R'), "00R / 18L");
+    EXPECT_EQ(row_text(99, 'x'), "99  / 99 ");
+}
+
+TEST_F(AirportTables, RunwaysComeAndGoInTheirAirportsRun)
+{
+    make_airports({2, 3, 1});
+    msc.apt_sel = 1;
+    msc.rwy_sel = 3;
+    adddel_aptrwy(10, 1, 0);   // ahead of runway 3, lying on it
+    expect_runs({{0, 1}, {2, 5}, {6, 6}});
+    EXPECT_EQ(rwy_wrl_max, 6);
+    EXPECT_EQ(rwy_lat[3], 3.0f);
+    EXPECT_EQ(rwy_len[3], 2000.0f);
+    EXPECT_EQ(rwy_width[3], 100.0f);
+    EXPECT_EQ(rwy_lcr[3], 'x');
+    EXPECT_EQ(rwy_code[3], 1111111);
+    EXPECT_EQ(rwy_len[4], 400.0f);   // the old runway 3, one up
+    EXPECT_EQ(rwy_lat[6], 5.0f);     // the last airport's runway, one up
+
+    msc.rwy_sel = 2;
+    adddel_aptrwy(10, 0, 0);
+    expect_runs({{0, 1}, {2, 4}, {5, 5}});
+    EXPECT_EQ(rwy_lat[2], 3.0f);
+
+    msc.apt_sel = 2;   // the last runway of an airport stays
+    msc.rwy_sel = 5;
+    adddel_aptrwy(10, 0, 0);
+    expect_runs({{0, 1}, {2, 4}, {5, 5}});
+}
+
+TEST_F(AirportTables, AirportsComeWithARunwayAndGoWithTheirs)
+{
+    make_airports({2, 4, 1});
+    msc.apt_sel = 1;
+    adddel_aptrwy(1, 0, 0);   // its four runways go with it
+    expect_runs({{0, 1}, {2, 2}});
+    EXPECT_EQ(rwy_wrl_max, 2);
+    EXPECT_EQ(rwy_lat[2], 6.0f);
+    EXPECT_STREQ(apt_name[1], "A2");
+
+    msc.apt_sel = 0;   // a new first airport takes the run from 0
+    adddel_aptrwy(1, 1, 0);
+    expect_runs({{0, 0}, {1, 2}, {3, 3}});
+    EXPECT_STREQ(apt_name[0], "Untitled");
+    EXPECT_STREQ(apt_id[0], "0000");
+    EXPECT_EQ(rwy_lat[0], 0.0f);     // lying on the runway it went in ahead of
+    EXPECT_EQ(msc.rwy_sel, 0);
+
+    msc.apt_sel = 0;   // deleting every airport leaves an empty table
+    for (int k = 0; k < 3; k++) adddel_aptrwy(1, 0, 0);
+    EXPECT_EQ(apt_wrl_max, -1);
+    EXPECT_EQ(rwy_wrl_max, -1);
+    adddel_aptrwy(1, 0, 0);      // nothing left to delete
+    EXPECT_EQ(apt_wrl_max, -1);
+    adddel_aptrwy(1, 1, 0);      // and a new airport into the empty table
+    expect_runs({{0, 0}});
+    EXPECT_EQ(rwy_wrl_max, 0);
+}
+
+TEST_F(AirportTables, FullTablesRefuseAndLoseNothing)
+{
+    make_airports({1});
+    rwy_wrl_max = rwy_cap - 1;
+    apt_hi_ind[0] = rwy_cap - 1;
+    rwy_lat[rwy_cap - 1] = 42.0f;
+    msc.apt_sel = 0;
+    msc.rwy_sel = 0;
+    adddel_aptrwy(1, 1, 0);
+    EXPECT_EQ(apt_wrl_max, 0);
+    EXPECT_NE(last_log_line().find("The runway table is full!"), std::string::npos);
+    adddel_aptrwy(10, 1, 0);   // a runway: refused without a word
+    EXPECT_EQ(rwy_wrl_max, rwy_cap - 1);
+    EXPECT_EQ(rwy_lat[rwy_cap - 1], 42.0f);
+
+    apt_wrl_max = apt_cap - 1;
+    adddel_aptrwy(1, 1, 0);
+    EXPECT_EQ(apt_wrl_max, apt_cap - 1);
+}
+
+TEST_F(AirportTables, RunwaysSortLongestFirstAndNinetyNinesLast)
+{
+    make_airports({4});
+    rwy_num[1] = 99;   // the 99 entry goes last whatever its size
+    rwy_len[1] = 9000;
+    rwy_width[2] = 50;  // 300 + 50 ties with runway 3's 400 less 50
+    rwy_len[3] = 350;
+    msc.rwy_sel = 0;
+    sort_runways(0, 3);
+    EXPECT_EQ(rwy_lat[0], 2.0f);   // 350: the first of the two equal ones stays ahead
+    EXPECT_EQ(rwy_lat[1], 3.0f);
+    EXPECT_EQ(rwy_lat[2], 0.0f);
+    EXPECT_EQ(rwy_lat[3], 1.0f);
+    EXPECT_EQ(msc.rwy_sel, 2);     // the selection followed its runway
+
+    // A run at the very end of a full table sorts through no scratch slot.
+    const int last = rwy_cap - 1;
+    rwy_len[last - 1] = 1000, rwy_width[last - 1] = 0, rwy_num[last - 1] = 1, rwy_lat[last - 1] = 7;
+    rwy_len[last] = 3000, rwy_width[last] = 0, rwy_num[last] = 1, rwy_lat[last] = 8;
+    sort_runways(last - 1, last);
+    EXPECT_EQ(rwy_lat[last - 1], 8.0f);
+    EXPECT_EQ(rwy_lat[last], 7.0f);
+}
+
+TEST_F(AirportTables, SurfacesWithoutASelectorPositionAreKept)
+{
+    EXPECT_EQ(surface_position('M'), 1);
+    EXPECT_EQ(surface_position('i'), 2);
+    EXPECT_EQ(surface_position('s'), 3);
+    EXPECT_EQ(surface_position('y'), 9);
+    EXPECT_EQ(surface_position('L'), 0);
+    EXPECT_EQ(surface_position('h'), 0);
+    for (int p = 1; p <= 9; p++) EXPECT_EQ(surface_position(surface_letter_of(p)), p);
+}
+
+// ---- navaids ----------------------------------------------------------------------------------------
+
+void clear_navaids()
+{
+    for (int k = 0; k < nav_cap; k++) nav_type[k] = 0;
+}
+
+TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
+{
+    clear_navaids();
+    const int types[6] = {2, 2, 3, 6, 6, 4};
+    for (int k = 0; k < 6; k++) {
+        nav_type[k] = types[k];
+        nav_lat[k] = (float)k;
+    }
+    int first, last;
+    navaid_run(6, &first, &last);
+    EXPECT_EQ(first, 3);
+    EXPECT_EQ(last, 4);
+    navaid_run(9, &first, &last);
+    EXPECT_EQ(first + last, 0);
+
+    // A glideslope shows heading 123 and slope 3.00, and packs them back.
+    OGL_assign_colortable();
+    to_array = 1;
+    mnw.mouse_click = mnw.mouse_down = 0;
+    nav_hdng[3] = 300123.0f;
+    nav_list_type = 6;
+    msc.nav_sel = 3;
+    handle_nav();
+    EXPECT_EQ(nav_hdng[3], 300123.0f);
+    nav_hdng[3] = -1;   // a negative heading goes through the same formulas
+    handle_nav();
+    EXPECT_EQ(nav_hdng[3], -1.0f);
+
+    mnw.mouse_x = 400, mnw.mouse_y = 360, mnw.mouse_click = 1;   // ADD NAVAID
+    handle_nav();
+    EXPECT_EQ(msc.nav_sel, 5);
+    EXPECT_EQ(nav_type[5], 6);
+    EXPECT_STREQ(nav_name[5], "Untitled");
+    EXPECT_EQ(nav_type[6], 4);      // the rest moved up by one
+    EXPECT_EQ(nav_lat[6], 5.0f);
+    mnw.mouse_y = 385;              // DELETE NAVAID closes the table up again
+    handle_nav();
+    EXPECT_EQ(nav_type[5], 4);
+    EXPECT_EQ(msc.nav_sel, 4);      // held in the run of glideslopes
+
+    nav_type[nav_cap - 1] = 9;      // a full table refuses the add
+    mnw.mouse_y = 360;
+    handle_nav();
+    EXPECT_EQ(nav_type[nav_cap - 1], 9);
+    EXPECT_EQ(nav_type[5], 4);
+    EXPECT_NE(last_log_line().find("The navaid table is full!"), std::string::npos);
+    to_array = 0;
+    mnw.mouse_click = 0;
+}
+
+}   // namespace
