@@ -690,7 +690,10 @@ void platform_push_key_code(int code)
     SDL_PushEvent(&e);
 }
 
-int platform_shift_down() { return (SDL_GetModState() & KMOD_SHIFT) ? 1 : 0; }
+// The Shift state as it was when the key being handled went down: keys are
+// taken in batches, by which time the user may have let Shift go.
+static int shift_at_key;
+int platform_shift_down() { return shift_at_key; }
 
 // A close from outside (the window manager's close button, an end signal).
 static void close_from_outside()
@@ -781,6 +784,7 @@ static void dispatch_event(const SDL_Event& e, int* paint_due)
             break;
         }
         int code = platform_key_code(e.key.keysym.sym);
+        shift_at_key = (e.key.keysym.mod & KMOD_SHIFT) ? 1 : 0;
         if (code) IBM_handlewin(mnw.hwnd, msg_keydown, (unsigned long)code, 0);
         break;
     }

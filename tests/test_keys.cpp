@@ -53,6 +53,7 @@ TEST_F(Keys, KeysRunTheirCommandsOnTheMapScreens)
 TEST_F(Keys, TypingEditsTheSelectedName)
 {
     msc.screen = 202;
+    apt_wrl_max = 3;
     msc.apt_sel = 3;
     C_to_C("Fiel", apt_name[3]);
     MACIBM_handlekey('D');

@@ -1,0 +1,122 @@
+// The airport and navaid jobs as a user does them, on the real program: a new
+// airport named from the keyboard with a second runway, and a new glideslope
+// with its slope set on the spinner, each saved at the quit's prompt and read
+// back from the database file.
+#include "own_display.h"
+
+#include <fstream>
+#include <sstream>
+
+using namespace own_display;
+
+namespace {
+
+// Canvas places at an 800 by 600 screen, where a unit is a pixel.
+const screen_point add_airport = {150, 600 - 364}, add_runway = {190, 600 - 238};
+const screen_point glideslope_lamp = {41, 600 - 238}, add_navaid = {500, 600 - 360};
+const screen_point slope_ones_up = {587, 600 - 125};   // the spinner's ones place, upper half
+const screen_point prompt_save = {320, 600 - 297};
+
+struct DatabaseFlow : ::testing::Test {
+    void SetUp() override { stage_run(); }
+    void TearDown() override { end_run(HasFailure()); }
+};
+
+const window_box whole_screen = {0, 0, 800, 600};
+
+void click(screen_point p)
+{
+    click_at(p);
+    usleep(200000);
+}
+
+// Takes the selected record's "Untitled" off the edit line and types a name.
+void type_name(const char* name)
+{
+    for (int k = 0; k < 8; k++) xdo("key BackSpace");
+    xdo(std::string("type --delay 50 '") + name + "'");
+}
+
+std::string file_text(const std::string& rel)
+{
+    std::ifstream in(in_dir(rel), std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+// The lines that are not empty from the one that holds text, up to count of them.
+std::vector<std::string> lines_from(const std::string& text, const std::string& holding, int count)
+{
+    std::vector<std::string> out;
+    std::istringstream in(text);
+    std::string line;
+    while (std::getline(in, line) && (int)out.size() < count)
+        if (line.size() > 1 && (!out.empty() || line.find(holding) != std::string::npos)) out.push_back(line);
+    return out;
+}
+
+// Closes the window and answers Save at the prompt for the changed database.
+void quit_saving()
+{
+    ASSERT_TRUE(send_close(run.display, run.window));
+    usleep(500000);
+    click(prompt_save);
+    EXPECT_EQ(exit_status(run.program, 300), 0) << "the program did not end after the save";
+    run.program = 0;
+}
+
+TEST_F(DatabaseFlow, NewAirportWithTwoRunwaysIsSaved)
+{
+    write_editor_prefs(202, 0, 0);
+    ASSERT_NO_FATAL_FAILURE(start_xvfb("800x600x24"));
+    ASSERT_NO_FATAL_FAILURE(start_program());
+    ASSERT_TRUE(eventually([] { return screen_shows(whole_screen); })) << "the airport screen did not show";
+    click(add_airport);   // ahead of the first airport, with a runway of its own
+    type_name("Newfield");
+    click(add_runway);
+    park(whole_screen);
+    quit_saving();
+
+    const std::string apt = file_text("additional nav data/Earth/apt.dat");
+    const std::vector<std::string> lines = lines_from(apt, "Newfield", 4);
+    ASSERT_EQ(lines.size(), 4u) << apt.substr(0, 400);
+    std::istringstream head(lines[0]);
+    std::string code, elev, twr, bld, id, name;
+    head >> code >> elev >> twr >> bld >> id >> name;
+    EXPECT_EQ(code + " " + elev + " " + id + " " + name, "1 0 0000 Newfield");
+    // Two new runways of 2000 by 100, then the airport that was first.
+    EXPECT_EQ(lines[1].substr(0, 2), "10");
+    EXPECT_NE(lines[1].find(" 2000 "), std::string::npos) << lines[1];
+    EXPECT_NE(lines[2].find(" 2000 "), std::string::npos) << lines[2];
+    EXPECT_NE(lines[3].find("KLAX Los Angeles Intl"), std::string::npos) << lines[3];
+}
+
+TEST_F(DatabaseFlow, NewGlideslopeKeepsItsSlope)
+{
+    write_editor_prefs(203, 0, 0);
+    ASSERT_NO_FATAL_FAILURE(start_xvfb("800x600x24"));
+    ASSERT_NO_FATAL_FAILURE(start_program());
+    ASSERT_TRUE(eventually([] { return screen_shows(whole_screen); })) << "the navaid screen did not show";
+    click(glideslope_lamp);
+    click(add_navaid);   // at the end of the glideslopes' run
+    type_name("Test GS");
+    for (int k = 0; k < 3; k++) click(slope_ones_up);
+    park(whole_screen);
+    quit_saving();
+
+    const std::string nav = file_text("additional nav data/Earth/nav.dat");
+    const std::vector<std::string> lines = lines_from(nav, "Test GS", 1);
+    ASSERT_EQ(lines.size(), 1u) << nav;
+    std::istringstream fields(lines[0]);
+    std::string type, lat, lon, elev, frq, hdng;
+    fields >> type >> lat >> lon >> elev >> frq >> hdng;
+    EXPECT_EQ(type, "6");
+    EXPECT_EQ(std::stof(hdng), 300000.0f);   // slope 3.00, heading 0
+    // It stands behind the sample's other glideslopes, ahead of the next kind.
+    const size_t at = nav.find("Test GS");
+    EXPECT_NE(nav.rfind("GS 25L", at), std::string::npos);
+    EXPECT_EQ(nav.find("\n6 ", at), std::string::npos);
+}
+
+}   // namespace
