@@ -207,6 +207,9 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     msc.nav_sel = 3;
     handle_nav();
     EXPECT_EQ(nav_hdng[3], 300123.0f);
+    nav_hdng[3] = 300359.5f;   // a fractional heading is rounded when it is split
+    handle_nav();
+    EXPECT_EQ(nav_hdng[3], 300360.0f);
     nav_hdng[3] = -1;   // a negative heading goes through the same formulas
     handle_nav();
     EXPECT_EQ(nav_hdng[3], -1.0f);

@@ -90,6 +90,10 @@ TEST_F(DatabaseFlow, NewAirportWithTwoRunwaysIsSaved)
     EXPECT_NE(lines[1].find(" 2000 "), std::string::npos) << lines[1];
     EXPECT_NE(lines[2].find(" 2000 "), std::string::npos) << lines[2];
     EXPECT_NE(lines[3].find("KLAX Los Angeles Intl"), std::string::npos) << lines[3];
+    // The next start comes back to this tile, screen and airport (whole
+    // degrees without decimals, as the database's save left the stream).
+    EXPECT_EQ(file_text("config/Norvane/Norvane Tile-Forger.prf"),
+              "I\r\n543 version\r\n33\r\n-119\r\n0\r\n202\r\n0\r\n0\r\n");
 }
 
 TEST_F(DatabaseFlow, NewGlideslopeKeepsItsSlope)
