@@ -139,10 +139,36 @@ TEST_F(AirportScreen, NameListRowsArrowsAndKnob)
     EXPECT_EQ(list_after(400, 300, 0, 0, 0, 10), 10);        // released
     EXPECT_EQ(list_after(307, 498 + 60, 1, 1, 0, 10), 9);
 
+    // A selection left out of range is held at the end of the range.
+    EXPECT_EQ(list_after(400, 300, 0, 0, 0, 50), 29);
+    EXPECT_EQ(list_after(400, 300, 0, 0, 0, -4), 0);
+
     // One record: held there; an empty table selects nothing and edits nothing.
     EXPECT_EQ(list_after(307, 498 + 60, 1, 1, 0, 5, 5, 5), 5);
     EXPECT_EQ(list_after(100, 498, 0, 0, 0, 5, 0, -1), 0);
     EXPECT_STREQ(g_cs_input, "");
+}
+
+// The knob stands where the selection stood at the frame's start: 7 below the
+// strip's top for the first record, 7 above its bottom for the last.
+TEST_F(AirportScreen, ListKnobTravelsWithTheSelection)
+{
+    auto knob_rows = [](int selected) {
+        reset_drawing_state();
+        list_after(400, 300, 0, 0, 0, selected);
+        std::set<int> rows;
+        for (auto [x, y] : lit_pixels(0))
+            if (x >= 300 && x <= 315) rows.insert(y);
+        return rows;
+    };
+    std::set<int> rows = knob_rows(0);
+    ASSERT_FALSE(rows.empty());
+    EXPECT_EQ(*rows.begin(), 498 + 40);
+    EXPECT_EQ(*rows.rbegin(), 498 + 52);
+    rows = knob_rows(29);
+    ASSERT_FALSE(rows.empty());
+    EXPECT_EQ(*rows.begin(), 498 - 53);
+    EXPECT_EQ(*rows.rbegin(), 498 - 41);
 }
 
 }   // namespace
