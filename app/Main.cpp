@@ -170,6 +170,26 @@ void load_navaids()
 
 // ---- the entry ------------------------------------------------------------------------
 
+// The preference file is a file on disk like any other: a value outside what
+// the editor itself could have written takes its default, and the run goes on.
+// The tile is checked against the range of the tile spinners.
+void keep_place_in_range()
+{
+    if (!fltrange(msc.lat, -99, 99) || !fltrange(msc.lon, -999, 999)) {
+        msc.lat = 33;
+        msc.lon = -119;
+    }
+    if (!intrange(msc.screen, 200, 203)) msc.screen = 200;
+    if (!intrange(msc.ter_tool, 0, 4)) msc.ter_tool = 0;
+}
+
+// Selections are checked once the tables are loaded: a row in use, or 0.
+void keep_selections_in_tables()
+{
+    if (!intrange(msc.apt_sel, 0, apt_wrl_max)) msc.apt_sel = 0;
+    if (!intrange(msc.nav_sel, 0, nav_cap - 1) || nav_type[msc.nav_sel] == 0) msc.nav_sel = 0;
+}
+
 int WinMain(void* instance, int show_window)
 {
     active_inst = instance;
@@ -177,12 +197,14 @@ int WinMain(void* instance, int show_window)
     MACIBM_init();
     set_msc_defaults();
     handle_prefs(0, 5, gen_path);
+    keep_place_in_range();
     load_stock_textures();
     lay_flat_grid();
     clear_feature_tables();
     read_terrain();
     load_airports();
     load_navaids();
+    keep_selections_in_tables();
     while (!gdone) MACIBM_event_proc();
     MACIBM_finishup();
     return 0;

@@ -10,6 +10,8 @@ void clear_feature_tables();
 void load_stock_textures();
 void load_airports();
 void load_navaids();
+void keep_place_in_range();         // tile, screen and tool of the preference file
+void keep_selections_in_tables();   // its selections, once the tables are loaded
 
 // Command ids.
 enum {

@@ -256,19 +256,6 @@ static void write_texture_names()
     }
 }
 
-// A write that fails on the way (a full disk) is reported like a failed open,
-// and the store stays marked as changed.
-static int close_written_file(const char* path)
-{
-    ouf.flush();
-    int good = ouf.good();
-    ouf.close();
-    if (good && !ouf.fail()) return 1;
-    MACIBM_alert("I could not finish writing the file! Is the disk full?", path,
-                 "Your changes are still in the editor; save them again once there is room.", "", 106);
-    return 0;
-}
-
 static void write_tile()
 {
     char path[path_len];
@@ -277,7 +264,7 @@ static void write_tile()
     write_vertices();
     write_obstacles();
     write_texture_names();
-    if (close_written_file(path)) msc.ter_dirty = 0;
+    if (ouf_commit()) msc.ter_dirty = 0;
 }
 
 static void write_airports()
@@ -291,7 +278,7 @@ static void write_airports()
                          &rwy_len[w], &rwy_width[w], &rwy_code[w], 0);
     }
     ouf << "99" << line_end;
-    if (close_written_file(apt_path)) msc.apt_dirty = 0;
+    if (ouf_commit()) msc.apt_dirty = 0;
 }
 
 static void write_navaids()
@@ -302,7 +289,7 @@ static void write_navaids()
             fio_nav_line(&nav_type[v], &nav_lat[v], &nav_lon[v], &nav_h[v], &nav_frq[v],
                          &nav_hdng[v], nav_id[v], nav_name[v], 0);
     ouf << "99" << line_end;
-    if (close_written_file(nav_path)) msc.nav_dirty = 0;
+    if (ouf_commit()) msc.nav_dirty = 0;
 }
 
 void writeout(int kind)
@@ -314,13 +301,23 @@ void writeout(int kind)
 
 // ---- the save prompt -----------------------------------------------------------------------
 
+static int store_dirty(int kind)
+{
+    if (kind == store_tile) return msc.ter_dirty;
+    return kind == store_airports ? msc.apt_dirty : msc.nav_dirty;
+}
+
 // Asks before unsaved work of a store would be lost: 1 when the caller may go
-// on (saved, or given up), 0 when the user cancelled. A clean store asks nothing.
+// on (saved, or given up), 0 when the user cancelled or the save failed, so
+// that the edit stays in the editor. A clean store asks nothing.
 int handle_save(int kind, int dirty)
 {
     if (!dirty) return 1;
     const char* name = kind == store_tile ? "Terrain file" : kind == store_airports ? "Airport file" : "Navaid file";
     int answer = MACIBM_nuke_alert(name);
-    if (answer == 1) writeout(kind);
-    return answer == 1 || answer == 2;
+    if (answer == 1) {
+        writeout(kind);
+        return !store_dirty(kind);
+    }
+    return answer == 2;
 }

@@ -4,6 +4,7 @@
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <iomanip>
@@ -82,10 +83,13 @@ static void wrong_version_alert(const char* path)
                  "You may have to re-install Norvane from the CD.", 108);
 }
 
+static char inf_name[2][path_len];   // the file each input stream holds, for the scan alert
+
 int inf_open(char* path, int kind, int version, int complain)
 {
     colons_to_separators(path);
     inf_close();
+    C_to_C(path, inf_name[inf_use]);
     std::istringstream& in = inf[inf_use];
     inf_is_bin = is_binary_kind(kind);
     std::string text;
@@ -125,11 +129,17 @@ static void cannot_save_alert(const char* path)
                  106);
 }
 
+// A save never writes over the old file: the new one is written beside it
+// under this name and takes the old one's place only once it is whole.
+static char ouf_target[path_len], ouf_temp[path_len];
+
 int ouf_open(const char* path, int kind, int version)
 {
     if (ouf.is_open()) ouf.close();
     ouf.clear();
-    ouf.open(path, std::ios::out | std::ios::binary | std::ios::trunc);
+    C_to_C(path, ouf_target);
+    std::snprintf(ouf_temp, sizeof ouf_temp, "%s.saving", path);
+    ouf.open(ouf_temp, std::ios::out | std::ios::binary | std::ios::trunc);
     if (is_binary_kind(kind)) {
         ouf.put('i');
         ouf.write((const char*)&version, 4);   // the machine's order, little-endian
@@ -143,6 +153,33 @@ int ouf_open(const char* path, int kind, int version)
     if (!ouf.good()) {
         cannot_save_alert(path);
         if (ouf.is_open()) ouf.close();
+        std::remove(ouf_temp);
+        return 0;
+    }
+    return 1;
+}
+
+// Ends the save that ouf_open began: every byte written and flushed, then the
+// new file renamed over the old one. On any failure the old file stays as it
+// was, the new one goes, and a warning gives the reason and the path.
+int ouf_commit()
+{
+    ouf.flush();
+    const int written = ouf.good();
+    const int write_errno = errno;
+    ouf.close();
+    if (!written || ouf.fail()) {
+        std::remove(ouf_temp);
+        MACIBM_alert("I could not finish writing the file! Is the disk full?", ouf_target,
+                     "Your changes are still in the editor; save them again once there is room.",
+                     std::strerror(write_errno), 106);
+        return 0;
+    }
+    if (std::rename(ouf_temp, ouf_target) != 0) {
+        const char* reason = std::strerror(errno);
+        std::remove(ouf_temp);
+        MACIBM_alert("I could not put the saved file in the place of the old one!", ouf_target, reason,
+                     "The old file is as it was, and your changes are still in the editor.", 106);
         return 0;
     }
     return 1;
@@ -169,9 +206,30 @@ void rev_byte_order4(void* four_bytes)
 
 // ---- scanners ------------------------------------------------------------------------
 
+// Where the read stands in the open file: the line of a text file, counted
+// from 1, or the byte of a binary one.
+static void scan_place(char* out, int size)
+{
+    std::istringstream& in = inf[inf_use];
+    in.clear();
+    const long long at = (long long)in.tellg();
+    if (inf_is_bin) {
+        std::snprintf(out, size, "%s, byte %lld", inf_name[inf_use], at);
+        return;
+    }
+    const std::string& text = in.str();
+    const size_t end = at < 0 ? text.size() : (size_t)at;
+    long long line = 1;
+    for (size_t k = 0; k < end && k < text.size(); k++) line += text[k] == '\n';
+    std::snprintf(out, size, "%s, line %lld", inf_name[inf_use], line);
+}
+
 void scancheck(const char* label)
 {
-    if (inf[inf_use].fail()) MACIBM_alert("File-scanning error!", "", "file:", label, 108);
+    if (!inf[inf_use].fail()) return;
+    char where[path_len];
+    scan_place(where, sizeof where);
+    MACIBM_alert("File-scanning error!", where, "file:", label, 108);
 }
 
 // Reads the 4 bytes of a binary number, in the byte order of the open file.
@@ -391,7 +449,7 @@ int handle_prefs(int which, int mode, char* path)
     if (which == 0 && mode == 6) write_editor_prefs();
     if (which == 2 && mode == 5) read_display_prefs();
     if (mode == 5) inf_close();
-    if (mode == 6) ouf.close();
+    if (mode == 6) return ouf_commit();
     return 1;
 }
 

@@ -30,7 +30,8 @@ extern char copyright_nav[500];
 
 int inf_open(char* path, int kind, int version, int complain);
 void inf_close();
-int ouf_open(const char* path, int kind, int version);
+int ouf_open(const char* path, int kind, int version);   // writes beside path until ouf_commit
+int ouf_commit();                                         // 1 when the file is whole in its place
 void ap_dir(const char* folder, char* path);
 void rev_byte_order4(void* four_bytes);
 

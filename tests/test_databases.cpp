@@ -163,7 +163,7 @@ TEST_F(Databases, WritersLeaveTheStreamAtNoDecimals)
     C_plus_C(app_path, "after.txt", path);
     ASSERT_EQ(ouf_open(path, kind_text, 543), 1);
     ouf << -119.0f << line_end;
-    ouf.close();
+    ASSERT_EQ(ouf_commit(), 1);
     EXPECT_EQ(read_file("after.txt"), "I\r\n543 version\r\n-119\r\n");
 }
 

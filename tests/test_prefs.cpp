@@ -63,3 +63,45 @@ TEST_F(Prefs, BadArgumentIsFatal)
     EXPECT_FATAL_ALERT(handle_prefs(5, 5, path), "Bad pref arg!");
     EXPECT_FATAL_ALERT(handle_prefs(0, 8, path), "Bad pref arg!");
 }
+
+// A preference file is a file on disk: values the editor could not have
+// written take their defaults, and nothing is read or written outside a table.
+TEST_F(Prefs, ValuesOutOfRangeTakeTheirDefaults)
+{
+    write_file("config/Norvane/Norvane Tile-Forger.prf",
+               "I\r\n543 version\r\n1e30\r\n-2147483648\r\n9\r\n202\r\n5000000\r\n-3\r\n");
+    EXPECT_EQ(handle_prefs(0, 5, path), 1);
+    keep_place_in_range();
+    EXPECT_FLOAT_EQ(msc.lat, 33);
+    EXPECT_FLOAT_EQ(msc.lon, -119);
+    EXPECT_EQ(msc.ter_tool, 0);
+    EXPECT_EQ(msc.screen, 202);   // a screen that exists stays
+
+    apt_wrl_max = 4;
+    nav_type[2] = 3;
+    keep_selections_in_tables();
+    EXPECT_EQ(msc.apt_sel, 0);
+    EXPECT_EQ(msc.nav_sel, 0);
+    msc.apt_sel = 4;
+    msc.nav_sel = 2;
+    keep_selections_in_tables();   // rows in use stay
+    EXPECT_EQ(msc.apt_sel, 4);
+    EXPECT_EQ(msc.nav_sel, 2);
+    nav_type[2] = 0;
+
+    msc.lat = -99, msc.lon = 999, msc.screen = 199, msc.ter_tool = 4;   // the spinners' ends stay
+    keep_place_in_range();
+    EXPECT_FLOAT_EQ(msc.lat, -99);
+    EXPECT_FLOAT_EQ(msc.lon, 999);
+    EXPECT_EQ(msc.screen, 200);
+    EXPECT_EQ(msc.ter_tool, 4);
+
+    // A letter typed with a selection far outside the table edits nothing.
+    msc.screen = 202;
+    msc.apt_sel = 5000000;
+    MACIBM_handlekey('A');
+    msc.screen = 203;
+    msc.nav_sel = -7;
+    MACIBM_handlekey('A');
+    EXPECT_STREQ(g_cs_input, "aa");   // the letters stand on the edit line alone
+}

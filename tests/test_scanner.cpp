@@ -56,7 +56,10 @@ TEST_F(Scanner, BinaryHeadGivesByteOrder)
 TEST_F(Scanner, VersionThatCannotBeReadIsFatalEvenWithoutComplaint)
 {
     EXPECT_FATAL_ALERT(open_binary("i", 4), "File-scanning error!");
-    EXPECT_NE(last_log_line().find("MACIBM_alert: File-scanning error!  file: "), std::string::npos);
+    // A binary file is placed by its byte: the version would start at byte 1.
+    EXPECT_NE(last_log_line().find("MACIBM_alert: File-scanning error! " + root + "data.bin, byte 1 file: "),
+              std::string::npos)
+        << last_log_line();
 }
 
 TEST_F(Scanner, WrongVersionWithComplaintIsFatal)
@@ -75,8 +78,12 @@ TEST_F(Scanner, FailedReadNamesItsLabel)
     ASSERT_EQ(open_text("I\n1 version\n5 six\n"), 1);
     EXPECT_EQ(intscan("first"), 5);
     EXPECT_FATAL_ALERT(intscan("scan rwy rwy_len"), "File-scanning error!");
-    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: File-scanning error!  file: scan rwy rwy_len, GetLastError=", 0),
-              0u);
+    // The second line names the file and the line the read failed on.
+    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: File-scanning error! " + root +
+                                        "data.txt, line 3 file: scan rwy rwy_len, GetLastError=",
+                                    0),
+              0u)
+        << last_log_line();
 }
 
 TEST_F(Scanner, NumberStopsAtTheFirstCharacterThatCannotBelongToIt)
@@ -167,12 +174,13 @@ TEST_F(Scanner, WriterHeadsAndByteOrder)
     C_plus_C(app_path, "out.txt", path);
     ASSERT_EQ(ouf_open(path, kind_text, 543), 1);
     ouf << std::setprecision(1) << 1.5f << line_end;   // fixed notation: not rounded to "2"
-    ouf.close();
+    EXPECT_EQ(read_file("out.txt"), "");                 // nothing in place before the commit
+    ASSERT_EQ(ouf_commit(), 1);
     EXPECT_EQ(read_file("out.txt"), "I\r\n543 version\r\n1.5\r\n");
 
     C_plus_C(app_path, "out.env", path);
     ASSERT_EQ(ouf_open(path, kind_tile, 4), 1);
-    ouf.close();
+    ASSERT_EQ(ouf_commit(), 1);
     EXPECT_EQ(read_file("out.env"), std::string("i\x04\x00\x00\x00", 5));
 }
 

@@ -8,6 +8,7 @@
 #include <sstream>
 
 using namespace own_display;
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -71,7 +72,7 @@ TEST_F(DatabaseFlow, NewAirportWithTwoRunwaysIsSaved)
     write_editor_prefs(202, 0, 0);
     ASSERT_NO_FATAL_FAILURE(start_xvfb("800x600x24"));
     ASSERT_NO_FATAL_FAILURE(start_program());
-    ASSERT_TRUE(eventually([] { return screen_shows(whole_screen); })) << "the airport screen did not show";
+    ASSERT_TRUE(screen_ready(whole_screen)) << "the airport screen did not show";
     click(add_airport);   // ahead of the first airport, with a runway of its own
     type_name("Newfield");
     click(add_runway);
@@ -101,7 +102,7 @@ TEST_F(DatabaseFlow, NewGlideslopeKeepsItsSlope)
     write_editor_prefs(203, 0, 0);
     ASSERT_NO_FATAL_FAILURE(start_xvfb("800x600x24"));
     ASSERT_NO_FATAL_FAILURE(start_program());
-    ASSERT_TRUE(eventually([] { return screen_shows(whole_screen); })) << "the navaid screen did not show";
+    ASSERT_TRUE(screen_ready(whole_screen)) << "the navaid screen did not show";
     click(glideslope_lamp);
     click(add_navaid);   // at the end of the glideslopes' run
     type_name("Test GS");
@@ -121,6 +122,37 @@ TEST_F(DatabaseFlow, NewGlideslopeKeepsItsSlope)
     const size_t at = nav.find("Test GS");
     EXPECT_NE(nav.rfind("GS 25L", at), std::string::npos);
     EXPECT_EQ(nav.find("\n6 ", at), std::string::npos);
+}
+
+// A save that cannot be written loses nothing: the old file stays byte for
+// byte, the warning says why, and the quit stays in the editor with the edit,
+// which a later save then writes.
+TEST_F(DatabaseFlow, FailedSaveAtQuitKeepsTheFileAndTheEdit)
+{
+    write_editor_prefs(202, 0, 0);
+    const std::string apt_path = "additional nav data/Earth/apt.dat";
+    const std::string before = file_text(apt_path);
+    fs::create_symlink("/dev/full", in_dir(apt_path + ".saving"));   // a disk with no room
+    ASSERT_NO_FATAL_FAILURE(start_xvfb("800x600x24"));
+    ASSERT_NO_FATAL_FAILURE(start_program());
+    ASSERT_TRUE(screen_ready(whole_screen));
+    click(add_airport);
+    type_name("Keptfield");
+    park(whole_screen);
+
+    ASSERT_TRUE(send_close(run.display, run.window));
+    usleep(500000);
+    click(prompt_save);
+    ASSERT_TRUE(eventually([] { return file_text("Error.out").find("Is the disk full?") != std::string::npos; }))
+        << "no warning of the failed save";
+    xdo("key Return");   // O.K.
+    usleep(500000);
+    EXPECT_EQ(exit_status(run.program, 10), -1) << "the quit went on after a failed save";
+    EXPECT_EQ(file_text(apt_path), before);
+    EXPECT_NE(file_text("Error.out").find(in_dir(apt_path)), std::string::npos) << "the warning names no path";
+
+    quit_saving();   // the link is gone with the failed file: now there is room
+    EXPECT_NE(file_text(apt_path).find("Keptfield"), std::string::npos);
 }
 
 }   // namespace

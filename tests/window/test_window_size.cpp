@@ -22,7 +22,7 @@ std::vector<unsigned long> lamp_pixels(const window_box& b, int tool)
 // A click in the middle of a lamp lights it.
 bool click_lights_lamp(const window_box& b, int tool)
 {
-    if (!eventually([&] { return screen_shows(b); })) return false;
+    if (!screen_ready(b)) return false;
     park(b);
     const std::vector<unsigned long> before = lamp_pixels(b, tool);
     click_at(on_screen(b, lamp_x + 5, lamp_y[tool] + 5));
