@@ -20,8 +20,16 @@ std::vector<unsigned long> lamp_pixels(const window_box& b, int tool)
 }
 
 // A click in the middle of a lamp lights it.
-bool click_lights_lamp(const window_box& b, int tool)
+// The window's place is read anew: a window manager may still move it.
+bool click_lights_lamp(window_box b, int tool)
 {
+    window_box last{};
+    if (!eventually([&] {
+            last = b;
+            b = box_of_window();
+            return b.x == last.x && b.y == last.y && screen_shows(b);
+        }))
+        return false;
     if (!screen_ready(b)) return false;
     park(b);
     const std::vector<unsigned long> before = lamp_pixels(b, tool);
