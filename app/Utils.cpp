@@ -95,6 +95,32 @@ static void terminate_raw_name(char* name)
     if (!std::memchr(name, 0, name_len)) name[name_len - 1] = 0;
 }
 
+// A texture or object name is a path below its folder: one that starts at
+// the root or climbs out with ".." is kept in its slot but never opened.
+int name_leaves_folder(const char* name)
+{
+    if (name[0] == '/' || name[0] == '\\') return 1;
+    for (const char* part = name; *part;) {
+        const size_t len = std::strcspn(part, "/\\:");
+        if (len == 2 && part[0] == '.' && part[1] == '.') return 1;
+        part += len;
+        if (*part) part++;
+    }
+    return 0;
+}
+
+// One warning a tile read, for the first such name: a tile full of them
+// must not bury the user in alerts.
+static int outside_warned;
+
+static void warn_name_outside(const char* name)
+{
+    if (outside_warned) return;
+    outside_warned = 1;
+    MACIBM_alert("A name in this tile points outside its folder!", name,
+                 "Tile-Forger will not open it; the name stays in the tile as it is.", "", 106);
+}
+
 static void read_vertices(const char* path)
 {
     for (int j = 0; j < grid_nj; j++)
@@ -145,6 +171,7 @@ static void read_obstacles(const char* path)
         if (obj_type[n] == 8) {
             strscan(obj_name[n], path, name_len);
             terminate_raw_name(obj_name[n]);
+            if (name_leaves_folder(obj_name[n])) warn_name_outside(obj_name[n]);
         }
         n = intwrap(n + 1, 0, obj_cap - 1);
         filled = filled || n == 0;
@@ -159,21 +186,22 @@ static void load_custom_texture(int slot)
     OGL_texbmp(-100, 2000 + slot, 0, -104, path, &width, &height, 1.0f);
 }
 
-// A file that ends inside the table leaves the remaining slots "Untitled".
+// Each slot starts as "Untitled" and takes the bytes the file still has for
+// it: a file that ends inside a slot leaves that slot's bytes over "Untitled",
+// and the slots behind it "Untitled".
 static void read_texture_names()
 {
     std::istringstream& in = inf[inf_use];
     for (int n = 0; n < tex_slot_cap; n++) {
         char* name = msc.ter_tex_name[n];
+        std::memset(name, 0, name_len);
         C_to_C(free_slot_name, name);
         if (in.fail()) continue;
         in.read(name, name_len);
-        if (in.fail()) {
-            C_to_C(free_slot_name, name);
-            continue;
-        }
         terminate_raw_name(name);
-        if (std::strncmp(name, free_slot_name, name_len) != 0) load_custom_texture(n);
+        if (std::strncmp(name, free_slot_name, name_len) == 0) continue;
+        if (name_leaves_folder(name)) warn_name_outside(name);
+        else load_custom_texture(n);
     }
 }
 
@@ -193,6 +221,7 @@ void read_terrain()
     tile_file_path(path);
     int open = inf_open(path, kind_tile, 3, 0) || inf_open(path, kind_tile, 4, 0);
     free_obstacles_of_open_tile();
+    outside_warned = 0;
     if (open) {
         read_vertices(path);
         read_obstacles(path);

@@ -9,6 +9,7 @@ const int store_navaids = 203;
 void return_latlon_str_ENV(int lat, int lon, char* out);
 void return_latlon_str_COAST(float lat, float lon, char* out);
 void tile_file_path(char* out);
+int name_leaves_folder(const char* name);   // a texture or object name that is absolute or climbs out
 void read_coast();
 void read_terrain();
 void writeout(int kind);

@@ -267,18 +267,48 @@ TEST_F(TileFile, BigEndianFilesRead)
     for (int n = 0; n < 500; n++) ASSERT_STREQ(msc.ter_tex_name[n], "Untitled");
 }
 
-TEST_F(TileFile, ShortNameTableLeavesTheRestUntitled)
+TEST_F(TileFile, ShortNameTableKeepsTheBytesOfTheCutSlot)
 {
     writeout(200);
     std::string f = read_file(tile_file);
     size_t names = marker_offset + 4;
-    std::memcpy(&f[names + 40], "grass\0", 6);
-    f.resize(names + 40 + 20);   // ends halfway through slot 1
+    std::memcpy(&f[names + 40], "gra", 3);
+    f.resize(names + 40 + 3);   // ends three bytes into slot 1, over "Untitled"
     write_file(tile_file, f);
     C_to_C("old", msc.ter_tex_name[1]);
     read_terrain();
-    EXPECT_STREQ(msc.ter_tex_name[1], "Untitled");
+    EXPECT_STREQ(msc.ter_tex_name[1], "graitled");   // "gra" over "Untitled"
     EXPECT_STREQ(msc.ter_tex_name[2], "Untitled");
+}
+
+// Names that leave their folder are kept and written back, never opened, and
+// a tile full of them gives one warning.
+TEST_F(TileFile, NamesOutsideTheirFolderAreKeptButNotOpened)
+{
+    EXPECT_EQ(name_leaves_folder("/etc/passwd"), 1);
+    EXPECT_EQ(name_leaves_folder("../../secret"), 1);
+    EXPECT_EQ(name_leaves_folder("rocks/../../up"), 1);
+    EXPECT_EQ(name_leaves_folder("textures:..:x"), 1);
+    EXPECT_EQ(name_leaves_folder("shore/rocks"), 0);
+    EXPECT_EQ(name_leaves_folder("a..b/..c"), 0);
+
+    put_obstacle(0, 8, 33.5f, -118.5f, 90, "../../../etc/passwd");
+    put_obstacle(1, 8, 33.5f, -118.4f, 90, "/abs/object");
+    put_obstacle(2, 99, 0, 0, 0);
+    C_to_C("../outside", msc.ter_tex_name[0]);
+    planetex[0][0] = 2000;
+    writeout(200);
+    const std::string written = read_file(tile_file);
+    read_terrain();
+    EXPECT_STREQ(obj_name[0], "../../../etc/passwd");
+    EXPECT_STREQ(msc.ter_tex_name[0], "../outside");
+    EXPECT_NE(last_log_line().find("points outside its folder! ../../../etc/passwd"), std::string::npos)
+        << last_log_line();
+    std::ifstream log("Error.out");
+    std::string text((std::istreambuf_iterator<char>(log)), {});
+    EXPECT_EQ(text.find("/abs/object"), std::string::npos);   // once a tile read
+    writeout(200);
+    EXPECT_EQ(read_file(tile_file), written);
 }
 
 TEST_F(TileFile, NameWithoutTerminatorIsCutInsideItsSlot)
