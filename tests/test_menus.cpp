@@ -1,6 +1,10 @@
 // The menu file and its failures, where titles and items come to stand, and
 // what a press does: open, close, pick, or fall through to the control below.
 #include "world_fixture.h"
+#include "hl/Hl_graph.h"
+
+#include <cmath>
+#include <cstring>
 
 #include <vector>
 
@@ -89,6 +93,9 @@ TEST_F(Menus, APressOpensClosesPicksOrFallsThroughToTheControlBelow)
     mnw.mouse_x = 50, mnw.mouse_y = 590, mnw.mouse_click = 0;
     MACIBM_menu_hover();   // the mouse alone moves to View
     EXPECT_EQ(mnw.open_menu, 1);
+    mnw.mouse_y = 575;
+    MACIBM_menu_hover();   // over an item the hover does nothing
+    EXPECT_EQ(mnw.open_menu * 10 + msc.show_tex, 10);
     press(60, 575);
     EXPECT_EQ(msc.show_tex, 1);
     EXPECT_EQ(mnw.open_menu + mnw.mouse_click + mnw.mouse_down, -1);   // the pick takes the click
@@ -102,4 +109,22 @@ TEST_F(Menus, APressOpensClosesPicksOrFallsThroughToTheControlBelow)
     mnw.win_id = 996;   // no menus over a modal window
     press(20, 590);
     EXPECT_EQ(mnw.open_menu, -1);
+}
+
+// The dot left of the current screen's item, drawn in the light edge colour.
+TEST_F(Menus, TheCurrentScreenHasADot)
+{
+    menus("0 Screen\r\n200 Terrain\r\n201 Obstacles\r\n\r\n\r\n");
+    mnw.win_id = 0, mnw.open_menu = -1, to_array = 1;
+    press(20, 590);
+    for (int screen : {200, 201}) {
+        msc.screen = screen;
+        std::memset(rgb_array, 0, sizeof rgb_array);
+        MACIBM_draw_menus();
+        for (int i = 0; i < 2; i++) {
+            const unsigned char* dot = rgb_array + ((int)(mnw.item_y1[0][i] + 6) * canvas_w + 16) * 4;
+            EXPECT_EQ(dot[3] != 0 && dot[0] == std::lround(col_rgb[6][0] * 255), screen == 200 + i) << screen << i;
+        }
+    }
+    to_array = 0;
 }
