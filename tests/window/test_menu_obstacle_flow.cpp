@@ -18,7 +18,6 @@
 #include <fstream>
 #include <functional>
 #include <poll.h>
-#include <set>
 #include <signal.h>
 #include <vector>
 
@@ -159,15 +158,10 @@ struct MenuFlows : ::testing::Test {
 static float lat_at(float y) { return 33 + (y - map_y1) / map_scale; }
 static float lon_at(float x, float y) { return -119 + (x - map_x1) / (map_scale * std::cos(lat_at(y) * 0.017453293f)); }
 
-// Every command by menu on the blank tile at 33 N 119 W; obstacles placed,
+// Every command by menu (by_menu fails for one no item gives) on the blank tile at 33 N 119 W; obstacles placed,
 // moved, deleted and given an object; the tile saved by menu and read back.
 TEST_F(MenuFlows, EveryCommandByMenuAndTheObstacleJobEndToEnd)
 {
-    std::set<int> commands;
-    for (int m = 0; m < menu_cap; m++)
-        for (int i = 0; i < menu_item_cap; i++)
-            if (mnw.item_name[m][i][0] && mnw.item_name[m][i][0] != '-') commands.insert(mnw.item_cmd[m][i]);
-    EXPECT_EQ(commands, (std::set<int>{0, 100, 101, 102, 104, 200, 201, 202, 203, 300, 301, 302, 303, 304, 305, 307, 308, 309}));
     fs::remove(in_dir(tile));
     const std::string object = std::string(19, 'f') + "/" + std::string(25, 'm');   // 45 characters
     fs::create_directories(in_dir("additional nav data/custom objects/" + object.substr(0, 19)));
