@@ -13,6 +13,7 @@
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -173,20 +174,26 @@ static void draw_list()
 
 int texture_list_row(float y) { return intlim((int)std::floor((200 - y) / 15), -1, 8); }
 
-// The path of the chosen bitmap, less ter_path and the extension, names the
-// slot. A slot holds 40 bytes: a longer path is cut, and the user told.
+// The chosen file's path, less the folder prefix and the extension, names a
+// slot of 40 bytes: a longer one is cut there. 1 when it was cut.
+static int name_from_path(char* path, const char* prefix, char* slot)
+{
+    int len = (int)std::strlen(path);
+    path[len >= 4 ? len - 4 : 0] = 0;
+    const char* relative = path + std::min(std::strlen(prefix), std::strlen(path));
+    std::strncpy(slot, relative, name_len);
+    return std::strlen(relative) >= (size_t)name_len;
+}
+
 static void open_texture(int slot)
 {
     char name[path_len], path[path_len];
     name[0] = 0;
     if (!MACIBM_opensave(998, ftype_ter_tex, name, path)) return;
-    int len = (int)std::strlen(path);
-    path[len >= 4 ? len - 4 : 0] = 0;
-    const char* relative = path + std::strlen(ter_path);
-    std::strncpy(msc.ter_tex_name[slot], relative, name_len);
+    const int cut = name_from_path(path, ter_path, msc.ter_tex_name[slot]);
     int width, height;
     OGL_texbmp(-100, 2000 + slot, 0, -104, path, &width, &height, 1.0f);
-    if (std::strlen(relative) >= (size_t)name_len)
+    if (cut)
         MACIBM_alert("The total path to the texture cannot exceed 40 characters.",
                      "This will be updated in a future version of Norvane, but you are restricted to 40 "
                      "characters for now.",
@@ -214,6 +221,117 @@ void handle_map()
     assign_terrain_texes(0, 0);
 }
 
-// The obstacle screen's controls join here; what it does on every frame
-// already is derive the tile's textures from the user's data.
-void handle_obs() { assign_terrain_texes(0, 0); }
+// ---- the obstacle screen ---------------------------------------------------------------------
+
+const int obs_delete = 0, obs_move = 96, obs_select = 95, obs_custom = 8;
+
+static int selection_valid() { return intrange(msc.obj_sel, 0, obj_cap - 1); }
+
+int obstacle_in_tile(int n)
+{
+    return intrange(obj_type[n], 1, 8) && fltrange(obj_lon[n], msc.lon, msc.lon + 1) &&
+           fltrange(obj_lat[n], msc.lat, msc.lat + 1);
+}
+
+// Straight distance in degrees, longitude not shortened for the latitude:
+// there is no pick radius, and on a tie the lowest slot stays. -1 for none.
+int nearest_obstacle(float lat, float lon)
+{
+    float best = 9999;
+    int nearest = -1;
+    for (int n = 0; n < obj_cap; n++) {
+        if (!obstacle_in_tile(n)) continue;
+        float d = pythag(lat - obj_lat[n], lon - obj_lon[n]);
+        if (!(d < best)) continue;
+        best = d;
+        nearest = n;
+    }
+    return nearest;
+}
+
+int first_free_obstacle()
+{
+    for (int n = 0; n < obj_cap; n++)
+        if (obj_type[n] == 0) return n;
+    return -1;
+}
+
+// A new obstacle takes the height of the one selected before, or for a
+// custom one its object with heading 0; it is then the selected one.
+static void place_obstacle(float lat, float lon)
+{
+    const int n = first_free_obstacle();
+    if (n < 0) {
+        MACIBM_alert("The obstacle table is full!", "All 60000 obstacle places are taken, so no new obstacle can be placed.",
+                     "Delete obstacles you do not need, on this tile or on others, to make room.", "", alert_warning);
+        return;
+    }
+    const int before = selection_valid() ? msc.obj_sel : n;
+    obj_type[n] = msc.obj_tool;
+    obj_lat[n] = lat;
+    obj_lon[n] = lon;
+    if (msc.obj_tool == obs_custom && n != before) std::memcpy(obj_name[n], obj_name[before], name_len);
+    obj_hddz[n] = msc.obj_tool == obs_custom ? 0 : obj_hddz[before];
+    msc.obj_sel = n;
+}
+
+// Any press on the map marks the tile changed, whatever comes of it. A
+// dragged obstacle jumps to the mouse in the frame of the press.
+static void obstacle_map_tools()
+{
+    if (!mouse_in(map_area_box)) return;
+    const float lat = ret_lat(mnw.mouse_y), lon = ret_lon(mnw.mouse_x, mnw.mouse_y);
+    const int picking = msc.obj_tool == obs_delete || msc.obj_tool == obs_move || msc.obj_tool == obs_select;
+    int found = -1;
+    if (mnw.mouse_click) msc.ter_dirty = 1;
+    if (mnw.mouse_click && picking) found = nearest_obstacle(lat, lon);
+    if (found >= 0) msc.obj_sel = found;
+    if (mnw.mouse_down && msc.obj_tool == obs_move && selection_valid()) {
+        obj_lat[msc.obj_sel] = lat;
+        obj_lon[msc.obj_sel] = lon;
+    }
+    if (!mnw.mouse_click) return;
+    if (found >= 0 && msc.obj_tool == obs_delete) obj_type[msc.obj_sel] = 0;
+    if (intrange(msc.obj_tool, 2, 8)) place_obstacle(lat, lon);
+}
+
+static void choose_object()
+{
+    if (!mnw.mouse_click || !mouse_in(obs_chooser_box)) return;
+    char name[path_len], path[path_len];
+    name[0] = 0;
+    if (!MACIBM_opensave(998, ftype_object, name, path)) return;
+    if (name_from_path(path, obj_path, obj_name[msc.obj_sel]))
+        MACIBM_alert("The total path to the object cannot exceed 40 characters.",
+                     "This will be updated in a future version of Norvane, but you are restricted to 40 "
+                     "characters for now.",
+                     "This is for backwards-compatibility with existing ENV files.", "", alert_warning);
+}
+
+// Height for the standard kinds 1 to 6; heading and object for a custom one.
+static void obstacle_fields()
+{
+    if (!selection_valid()) return;
+    const int n = msc.obj_sel;
+    if (intrange(obj_type[n], 1, 6))
+        instdbtn(col_value, obs_height_spinner.x, obs_height_spinner.y, &obj_hddz[n], obs_height_spinner.digits, 0,
+                 obs_height_spinner.is_signed, "This is the HEIGHT of this obstacle, in feet.");
+    if (obj_type[n] != obs_custom) return;
+    instdbtn_range(col_value, obs_heading_spinner.x, obs_heading_spinner.y, &obj_hddz[n], obs_heading_spinner.digits,
+                   0, 0, 360,
+                   "This is the HEADING of this obstacle, in degrees. Enter zero to not rotate the custom obstacle at all.");
+    char shown[name_len + 1];
+    std::memcpy(shown, obj_name[n], name_len);   // a full slot has no terminator
+    shown[name_len] = 0;
+    OGL_string(col_value, obs_name_x, obs_name_y, shown, 999, 6, 101);
+    choose_object();
+}
+
+void handle_obs()
+{
+    zoom_and_pan();
+    for (int k = 0; k < 9; k++) inonebool(obs_tool_lamp_x, obs_tool_lamp_y[k], &msc.obj_tool, obs_tool_value[k]);
+    obstacle_map_tools();
+    obstacle_fields();
+    assign_terrain_texes(0, 0);
+}

@@ -10,3 +10,8 @@ int nearest_vertex(float x, float y, int* row, int* col);   // 1 when one was fo
 int cell_holds(int i, int j, float x, float y);
 void rotate_cell(int i, int j);
 int texture_list_row(float y);                 // -1 to 8, for a click in the list
+
+// Pieces of the obstacle screen.
+int obstacle_in_tile(int n);                   // a used slot within the open tile, edges included
+int nearest_obstacle(float lat, float lon);    // -1 when the tile has none
+int first_free_obstacle();                     // -1 when all slots are taken

@@ -463,7 +463,10 @@ static void upload_texture(const bitmap_load& load, int width, int height)
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
     }
-    const GLint wrap = load.id >= 50 && load.id <= 58 ? GL_CLAMP : GL_REPEAT;
+    // Terrain cells, stock and custom, stop at their texture's own edge texels:
+    // a border colour would show as a dark seam along every cell edge.
+    const int terrain = intrange(load.id, 50, 58) || load.id >= 2000;
+    const GLint wrap = terrain ? GL_CLAMP_TO_EDGE : GL_REPEAT;
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, wrap);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, wrap);
     // Warned only once the texture is whole: the alert window bakes its frame

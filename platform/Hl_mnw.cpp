@@ -482,7 +482,7 @@ void MACIBM_init()
     OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
     ogl_ready = 1;
     load_interface_textures();
-    // MACIBM_read_menus("Tile-Forger.txt") joins here.
+    MACIBM_read_menus("Tile-Forger.txt");
     gdone = 0;
     MACIBM_startwind(-1);
 }
@@ -629,7 +629,7 @@ long IBM_handlewin(void* hwnd, unsigned int msg, unsigned long wparam, long lpar
     case msg_rbuttondown:
         mnw.mouse_click = 1;
         mnw.mouse_down = 1;
-        // MACIBM_handleclick() joins here: a click on a menu title or item.
+        MACIBM_handleclick();
         break;
     case msg_lbuttonup:
     case msg_rbuttonup:
@@ -957,8 +957,7 @@ void MACIBM_event_proc()
     return_hit = 0;
     mnw.mouse_click = 0;
     if (mnw.win_id == -1) mnw.win_id = 0;
-    // Menu hover joins here: with a menu open, MACIBM_handleclick for a top-level
-    // title under the mouse that is not the open one.
+    MACIBM_menu_hover();
     platform_take_messages();
     if (!have_done_first_update) return;
     update_clock();
@@ -968,7 +967,7 @@ void MACIBM_event_proc()
     pulse_colours();
     OGL_plot_background();
     draw_current_window();
-    // The menu bar (window 0) and the open menu join here, with the text layer.
+    MACIBM_draw_menus();
     if (is_3dfx) draw_pointer();
     if (MACIBM_tooltip_due()) MACIBM_draw_tooltip();
     OGL_sbuf();

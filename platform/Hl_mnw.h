@@ -112,3 +112,13 @@ int MACIBM_tooltip_due();            // a help text waits and the mouse has rest
 // The box of the help text in mnw.tip, window-relative, without its frame.
 void MACIBM_tooltip_box(float* x, float* y, float* w, float* h);
 void MACIBM_draw_tooltip();
+
+// ---- menus -----------------------------------------------------------------------------------
+// The menu bar of the main screen, from the menu file under "Norsuite Resources/menus".
+extern float m_x1, m_y1, m_x2, m_y2;   // box around the items of the open menu
+void MACIBM_read_menus(const char* file_name);
+void MACIBM_create_menu(int menu, int parent, const char* title);
+void MACIBM_append_menu(int menu, int item, int command, const char* label);
+void MACIBM_handleclick();   // a press at mnw.mouse_x, mnw.mouse_y
+void MACIBM_menu_hover();    // with a menu open, the title under the mouse opens
+void MACIBM_draw_menus();    // the menu bar and the open menu, over the screen

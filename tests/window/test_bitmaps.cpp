@@ -214,7 +214,7 @@ TEST_F(BitmapTest, NonSquareMipmapWarnsAndStopsWhenOneSideIsOne)
         }
         EXPECT_EQ(wrong, 0) << "level " << level + 1;
     }
-    EXPECT_EQ(tex_parameters(57, GL_TEXTURE_MIN_FILTER, GL_TEXTURE_WRAP_T), GL_LINEAR_MIPMAP_LINEAR * 10000 + GL_CLAMP);
+    EXPECT_EQ(tex_parameters(57, GL_TEXTURE_MIN_FILTER, GL_TEXTURE_WRAP_T), GL_LINEAR_MIPMAP_LINEAR * 10000 + GL_CLAMP_TO_EDGE);
     // A square one goes down to 1 by 1 without a word.
     put("pics:square", bmp_bytes(8, 8, pixel));
     EXPECT_EQ(load(-100, 2001, 0, -104, "pics:square"), 1);

@@ -103,7 +103,7 @@ static void stage_copy()
     const fs::path build = fs::path(TF_PROGRAM_PATH).parent_path();
     fs::copy_file(TF_PROGRAM_PATH, in_dir("tileforger"));
     fs::copy(build / "Norsuite Resources", in_dir("Norsuite Resources"), fs::copy_options::recursive);
-    fs::copy(fs::path(TF_SOURCE_DIR) / "resources", run.dir, fs::copy_options::recursive);
+    fs::copy(fs::path(TF_SOURCE_DIR) / "resources", run.dir, fs::copy_options::recursive | fs::copy_options::skip_existing);
     fs::create_directories(in_dir("config"));
     std::ifstream in(in_dir("Norsuite Resources/bitmaps/TileFrgr/TF_MAP.BMP"), std::ios::binary);
     run.panel.assign(std::istreambuf_iterator<char>(in), {});

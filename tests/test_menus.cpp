@@ -1,0 +1,104 @@
+// The menu file and its failures, the layout, what a press does, the dot.
+#include "world_fixture.h"
+#include "hl/Hl_graph.h"
+
+#include <cmath>
+#include <cstring>
+
+struct Menus : WorldTest {
+    void menus(const std::string& body, const char* version = "1")
+    {
+        write_file("Norsuite Resources/menus/m.txt", std::string("I\r\n") + version + " menus\r\n\r\n" + body);
+        MACIBM_read_menus("m.txt");
+        mnw.win_id = 0, mnw.open_menu = -1;
+    }
+    static void press(float x, float y)
+    {
+        mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = mnw.mouse_down = 1;
+        MACIBM_handleclick();
+    }
+    static std::string box(int m, int i)
+    {
+        return std::to_string((int)mnw.item_x1[m][i]) + " " + std::to_string((int)mnw.item_y1[m][i]) + " " +
+               std::to_string((int)mnw.item_x2[m][i]) + " " + std::to_string((int)mnw.item_y2[m][i]);
+    }
+};
+
+// File: Save, a separator, More (the title of a submenu); View: Textures.
+const char* const two_menus = "0 File\r\n100 Save\r\n0 -\r\n104 More\r\n\r\n0 View\r\n308 Textures\r\n\r\n"
+                              "2 More\r\n309 Flatten water\r\n\r\n\r\n";
+
+TEST_F(Menus, TitlesSideBySideItemsStackedInColumnsAndASubmenuOnItsItem)
+{
+    menus(two_menus);
+    EXPECT_EQ(mnw.title_x1[1] * 1000 + mnw.title_x2[1], 44068);   // File is 10 to 34, then 10 free
+    EXPECT_EQ(box(0, 0) + ", " + box(0, 1) + ", " + box(0, 2), "10 570 59 582, 10 568 59 570, 10 556 59 568");
+    EXPECT_EQ(box(2, 0), "10 556 113 568");   // on the item it hangs from
+    std::string many = "0 Long\r\n";
+    for (int i = 0; i < 50; i++) many += "308 x\r\n";
+    menus(many + "\r\n\r\n");
+    EXPECT_EQ(box(0, 47) + ", " + box(0, 48), "10 6 41 18, 41 570 72 582");   // item 48's top would be 6
+}
+
+TEST_F(Menus, BrokenFilesStopTheRunWithTheLineBeingRead)
+{
+    EXPECT_FATAL_ALERT(MACIBM_read_menus("none.txt"), "Cannot open file!");
+    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: Cannot open file! " + root +
+                                        "Norsuite Resources/menus/none.txt Trash this copy and re-install Norvane. ,", 0),
+              0u);
+    EXPECT_FATAL_ALERT(menus(two_menus, "2"), "wrong version");
+    const std::pair<std::string, const char*> short_files[3] = {
+        {"", "IS A CARRIAGE RETURN AND NOTHING ELSE BEFORE THE FIRST ITEM!"},
+        {"\r\n0 File\r\n100 Save\r\n", "ARE AT LEAST THREE CARRIAGE RETURNS AT THE END!"},
+        {"\r\n0 File\r\n100 Save\r\n\r\n", "IS A CARRIAGE RETURN AND NOTHING ELSE BETWEEN EACH MENU!"},
+    };
+    for (const auto& f : short_files) {
+        write_file("Norsuite Resources/menus/m.txt", "I\r\n1 menus\r\n" + f.first);
+        EXPECT_FATAL_ALERT(MACIBM_read_menus("m.txt"), "File-scanning error!");
+        EXPECT_NE(last_log_line().find(std::string("file: menu file, BE SURE THERE ") + f.second), std::string::npos);
+    }
+}
+
+TEST_F(Menus, APressOpensClosesPicksOrFallsThroughToTheControlBelow)
+{
+    menus(two_menus);
+    press(20, 590);
+    EXPECT_EQ(mnw.open_menu * 10 + mnw.mouse_click, 1);   // a press on a title reaches the screen too
+    EXPECT_EQ(m_x1 + m_y1 + m_x2 + m_y2, 10 + 556 + 59 + 582);
+    press(34, 600);
+    EXPECT_EQ(mnw.open_menu, -1);   // the open title closes it
+    press(20, 590), press(30, 569);  // the separator
+    EXPECT_EQ(mnw.open_menu * 10 + mnw.mouse_click, -9);
+    press(20, 590);
+    mnw.mouse_x = 50, mnw.mouse_click = 0;
+    MACIBM_menu_hover();   // the mouse alone moves to View
+    mnw.mouse_y = 575;
+    MACIBM_menu_hover();   // and over an item it does nothing
+    EXPECT_EQ(mnw.open_menu * 10 + msc.show_tex, 10);
+    press(60, 575);
+    EXPECT_EQ(msc.show_tex * 10 + mnw.open_menu + mnw.mouse_click + mnw.mouse_down, 9);   // the pick takes the click
+    press(20, 590), press(20, 560);   // More opens the submenu, whose item lies on it
+    planey[30][30] = 12;              // one odd corner on flat water
+    press(100, 562);
+    EXPECT_EQ(planey[30][30], 0);
+    mnw.win_id = 996;   // no menus over a modal window
+    press(20, 590);
+    EXPECT_EQ(mnw.open_menu, -1);
+}
+
+TEST_F(Menus, TheCurrentScreenHasADot)
+{
+    menus("0 Screen\r\n200 Terrain\r\n201 Obstacles\r\n\r\n\r\n");
+    to_array = 1;
+    press(20, 590);
+    for (int screen : {200, 201}) {
+        msc.screen = screen;
+        std::memset(rgb_array, 0, sizeof rgb_array);
+        MACIBM_draw_menus();
+        for (int i = 0; i < 2; i++) {
+            const unsigned char* dot = rgb_array + ((int)(mnw.item_y1[0][i] + 6) * canvas_w + 16) * 4;
+            EXPECT_EQ(dot[3] != 0 && dot[0] == std::lround(col_rgb[6][0] * 255), screen == 200 + i) << screen << i;
+        }
+    }
+    to_array = 0;
+}

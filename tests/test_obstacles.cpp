@@ -1,0 +1,78 @@
+// The obstacle screen, one frame at a time; its drawing goes to rgb_array.
+#include "world_fixture.h"
+#include "app/Screens.h"
+#include "app/Terrain.h"
+#include "hl/Hl_graph.h"
+
+#include <algorithm>
+#include <cstring>
+
+struct Obstacles : WorldTest {
+    void SetUp() override { WorldTest::SetUp(), to_array = 1, msc.obj_tool = 95; }
+    void TearDown() override { to_array = 0, WorldTest::TearDown(); }
+    static void at(float x, float y, int click, int down = 1)
+    {
+        mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = click, mnw.mouse_down = down, mnw.tip[0] = 0;
+        handle_obs();
+    }
+    static void on(float lat, float lon, int click, int down = 1) { at(ret_x(lon, lat), ret_y(lat), click, down); }
+    static void put(int n, int kind, float lat, float lon) { obj_type[n] = kind, obj_lat[n] = lat, obj_lon[n] = lon; }
+};
+
+TEST_F(Obstacles, NearestOfTheTileIsPickedMovedAndDeletedOnEachPulse)
+{
+    put(3, 2, 33.5f, -118.8f), put(5, 7, 33.5f, -118.8f), put(1, 1, 32.9995f, -118.002f), put(2, 1, 33, -118);
+    on(33.5f, -118.9f, 1);
+    EXPECT_EQ(msc.obj_sel * 10 + msc.ter_dirty, 31);   // a tie goes to the lowest slot
+    on(33.002f, -118.003f, 1);   // just south of the tile is nearer; the south-east corner belongs to it
+    EXPECT_EQ(msc.obj_sel, 2);
+    msc.obj_tool = 96;
+    on(33.6f, -118.4f, 1);   // slot 3 jumps to the press, and follows while held
+    on(33.7f, -118.3f, 0);
+    EXPECT_NEAR(obj_lat[3] + obj_lon[3], 33.7f - 118.3f, 1e-4);
+    msc.obj_tool = 0;
+    on(33.5f, -118.8f, 1);
+    on(33.5f, -118.8f, 0);   // held between pulses
+    EXPECT_EQ(obj_type[5] * 10 + obj_type[3], 2);
+    on(33.5f, -118.8f, 1);
+    EXPECT_EQ(obj_type[3] * 10 + obj_type[2] + obj_type[1], 2);
+}
+
+TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)
+{
+    put(1, 2, 50, 10), put(2, 3, 33.5f, -118.5f), obj_hddz[2] = 250;   // slot 1 holds another tile's obstacle
+    on(33.5f, -118.5f, 1);
+    msc.obj_tool = 5;
+    on(33.4f, -118.4f, 1);
+    EXPECT_EQ(msc.obj_sel * 10000 + obj_type[0] * 1000 + obj_hddz[0], 5250);
+    std::memset(obj_name[0], 'a', name_len);   // a full slot: no terminator
+    msc.obj_tool = 8;
+    on(33.3f, -118.3f, 1);
+    EXPECT_EQ(std::string(obj_name[3], name_len) + std::to_string(obj_hddz[3]), std::string(name_len, 'a') + "0.000000");
+    at(149, 238, 1);   // the heading's last digit, upper half
+    EXPECT_EQ(obj_hddz[3], 1);
+    EXPECT_EQ(std::string(mnw.tip).rfind("This is the HEADING of this obstacle, in degrees.", 0), 0u);
+    msc.obj_tool = 2;
+    on(33.2f, -118.2f, 1);
+    EXPECT_EQ(obj_hddz[4], 1);   // a heading comes in as a height
+    at(149, 279, 1);   // the height's last digit
+    EXPECT_EQ(obj_hddz[4], 2);
+    EXPECT_STREQ(mnw.tip, "This is the HEIGHT of this obstacle, in feet.");
+    obj_type[4] = 7;
+    at(149, 279, 1);
+    EXPECT_EQ(obj_hddz[4] * 10 + mnw.tip[0], 20);
+}
+
+TEST_F(Obstacles, AFullTableRefusesANewObstacleWithOneWarningAClick)
+{
+    for (int n = 0; n < obj_cap; n++) put(n, 1, 50, 10);
+    msc.obj_sel = 7, msc.obj_tool = 2;
+    for (int click : {1, 0, 1}) on(33.5f, -118.5f, click);
+    EXPECT_EQ(msc.obj_sel, 7);
+    const std::string log = read_file("Error.out");
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2);
+    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: The obstacle table is full! All 60000 obstacle places are taken", 0), 0u);
+    obj_type[obj_cap - 1] = 0;
+    on(33.5f, -118.5f, 1);
+    EXPECT_EQ(msc.obj_sel * 10 + obj_type[obj_cap - 1], 599992);
+}
