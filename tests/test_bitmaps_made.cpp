@@ -169,47 +169,6 @@ TEST(BitmapsMade, AtlasCellsHoldTheGlyphsTheMapsSendThere)
     EXPECT_TRUE(arrow_ink > 60 && arrow_ink < (arrow[2] - arrow[0]) * (arrow[3] - arrow[1]) * 2 / 3) << arrow_ink;
 }
 
-// Cells turned and mirrored by the derivation meet edge to edge, so the grass
-// band must cross every edge at the same distance from the corner.
-TEST(BitmapsMade, GrassLiesWhereTheTextureTableExpectsItAndShoresMeet)
-{
-    for (const char* kind : {"wat", "mnt"}) {
-        SCOPED_TRACE(kind);
-        bmp half = load(std::string("textures/terrain/grs_") + kind + "_h");
-        bmp corner = load(std::string("textures/terrain/grs_") + kind + "_c");
-        bmp inside = load(std::string("textures/terrain/") + kind + "_grs_c");
-        bmp plain = load(std::string("textures/terrain/") + kind);
-        ASSERT_GT(half.w * corner.w * inside.w * plain.w, 0);
-        // Grass along s = 0 of the half; along s = 0 and t = 1 of the corner;
-        // only in the corner s = 1, t = 0 of the inside corner; none in the plain one.
-        EXPECT_EQ(grass_in_column(half, 0) - grass_in_column(half, half.w - 1), half.h);   // all and none
-        EXPECT_EQ(grass_in_column(corner, 0) + grass_in_row(corner, corner.h - 1), corner.h + corner.w);
-        EXPECT_EQ(grass_in_column(inside, 0) + grass_in_row(inside, inside.h - 1), 0);
-        EXPECT_EQ(count(plain, 0, 0, plain.w, plain.h, grass), 0);
-        const int band = grass_in_row(half, 0);
-        EXPECT_TRUE(band > half.w / 8 && band < half.w / 2) << band;
-        const int edges[5] = {grass_in_row(half, half.h - 1), grass_in_row(corner, 0), grass_in_row(inside, 0),
-                              grass_in_column(corner, corner.w - 1), grass_in_column(inside, inside.w - 1)};
-        for (int e : edges) EXPECT_EQ(e, band);
-        for (int x = 0; x < band; x++) EXPECT_TRUE(grass(at(half, x, 0)) && grass(at(inside, inside.w - 1 - x, 0)));
-    }
-    bmp g = load("textures/terrain/grs");
-    EXPECT_EQ(count(g, 0, 0, g.w, g.h, grass), g.w * g.h);
-}
-
-TEST(BitmapsMade, PanelsKeepTheirPlainAreasPlain)
-{
-    // Areas the program draws over live are all of one colour, corners included.
-    auto odd_pixels = [](const bmp& b, int x1, int y1, int x2, int y2) {
-        return count(b, x1, y1, x2 + 1, y2 + 1, [&](int p) { return p != at(b, x1, y1); });
-    };
-    for (const char* name : {"bitmaps/TileFrgr/TF_MAP", "bitmaps/TileFrgr/TF_OBS"})
-        EXPECT_EQ(odd_pixels(load(name), (int)map_x1, (int)map_y1, (int)map_x2, (int)map_y2), 0) << name;
-    bmp splash = load("bitmaps/NRST");
-    EXPECT_EQ(odd_pixels(splash, 10, 20, 310, 186), 0) << "the splash's text box";
-    EXPECT_EQ(odd_pixels(splash, 11, 7, 604, 13), 0) << "the progress slots";
-}
-
 TEST(PanelLayout, LabelsStandWhereTheTablesSay)
 {
     const struct { const char* bitmap; const panel_label* labels; int count, readout; } panels[] = {

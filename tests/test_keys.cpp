@@ -77,55 +77,6 @@ TEST_F(Keys, TypingEditsTheSelectedName)
     EXPECT_STREQ(nav_name[0], "");
 }
 
-TEST_F(Keys, FullNameLeavesTheNextRowAlone)
-{
-    msc.screen = 203;
-    msc.nav_sel = 7;
-    std::string full(39, 'N');
-    C_to_C(full.c_str(), nav_name[7]);
-    C_to_C("next", nav_name[8]);
-    MACIBM_handlekey('X');
-    EXPECT_EQ(std::string(nav_name[7]), full);
-    EXPECT_STREQ(nav_name[8], "next");
-}
-
-TEST_F(Keys, SaveDialogTakesKeysAsTextOnly)
-{
-    mnw.win_id = 999;
-    MACIBM_handlekey(0xBB);
-    EXPECT_FLOAT_EQ(msc.map_zoom, 1.0f);
-    mnw.win_id = 996;   // an alert lets commands by key through
-    MACIBM_handlekey(0xBB);
-    EXPECT_FLOAT_EQ(msc.map_zoom, 1.2f);
-}
-
-TEST_F(Keys, EditingCommandsOnlyOnTheMapScreens)
-{
-    std::memset(is_water, 0, sizeof is_water);
-    is_water[3][3] = 1;
-    for (int screen : {202, 203}) {
-        msc.screen = screen;
-        planey[3][3] = 10, planey[3][4] = 10, planey[4][3] = 10, planey[4][4] = 12;
-        APPLICATION_handlemenu(cmd_flatten_water);
-        APPLICATION_handlemenu(cmd_toggle_overlay);
-        EXPECT_FLOAT_EQ(planey[4][4], 12);
-        EXPECT_EQ(msc.show_tex, 0);
-    }
-    msc.screen = 201;
-    APPLICATION_handlemenu(cmd_flatten_water);
-    EXPECT_FLOAT_EQ(planey[4][4], 10);
-    APPLICATION_handlemenu(103);   // unknown ids do nothing
-    APPLICATION_handlemenu(306);
-    EXPECT_EQ(msc.screen, 201);
-}
-
-TEST_F(Keys, SaveCommandWritesWhateverTheDirtyFlagSays)
-{
-    msc.ter_dirty = 0;
-    APPLICATION_handlemenu(cmd_save_tile);
-    EXPECT_EQ(read_file("additional nav data/Earth/+030-120/+033-119.env").size(), 5u + 76800 + 4 + 20000);
-}
-
 TEST_F(Keys, QuitWritesThePreferencesAndEndsTheLoop)
 {
     C_plus_C(app_path, "prefs/Norvane Tile-Forger.prf", gen_path);

@@ -132,20 +132,6 @@ protected:
 
 using seen = std::vector<std::string>;
 
-TEST_F(DialogLoop, UpALevelStopsAtTheStartFolderAndCancelKeepsTheBuffers)
-{
-    // Return closes only a save dialog; up at the start folder already; into
-    // Sub, by the 3 units above the first row that give item 0 at the top, and
-    // Deeper, an empty list; the up zone's far and near corners; just
-    // outside it, just above Cancel and Cancel's far corner.
-    EXPECT_EQ(run(win_open_dialog, {{'k', 0, 0, 0x0D}, {'c', up_x, up_y}, {'c', list_x, 440},
-                                    {'c', list_x, row0_y}, {'c', list_x, row0_y}, {'c', 310, 461}, {'c', 10, 447},
-                                    {'c', 311, up_y}, {'c', 10, 483}, {'c', 310, 482}}), 0);
-    EXPECT_EQ(std::string(name) + " " + path, "keep.bmp keep/path");
-    EXPECT_EQ(after, (seen{"./ 0 61", "./ 0 61", "./Sub/ 0 2", "./Sub/Deeper/ 0 0", "./Sub/Deeper/ 0 0", "./Sub/ 0 2",
-                           "./ 0 61", "./ 0 61", "./ 0 61"}));
-}
-
 TEST_F(DialogLoop, StripScrollsWhileHeldAnywhereRowsAreTenHighAndClicksBelowTheLastItemDoNothing)
 {
     // Held: half way, then off the strip and past the end; released, a move

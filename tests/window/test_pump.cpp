@@ -129,57 +129,6 @@ TEST_F(PumpTest, HeldButtonRepeatsAfterHalfASecondFiveTimesASecond)
     EXPECT_EQ(mnw.mouse_click, 1);
 }
 
-TEST_F(PumpTest, TooltipWaitsForTheMouseToRest)
-{
-    frame_at(1000);
-    for (int k = 0; k <= 12; k++) {   // moves of one unit a frame do not count
-        push(SDL_MOUSEMOTION, 100 + k, 300);
-        frame_at(1100 + 100 * k);
-    }
-    EXPECT_NEAR(MACIBM_mouse_rest(), 1.2f, 1e-5);
-    push(SDL_MOUSEBUTTONDOWN);
-    frame_at(2400);                   // a click restarts the wait, its pulses do not
-    frame_at(3000);
-    ASSERT_EQ(mnw.mouse_click, 1);
-    EXPECT_NEAR(MACIBM_mouse_rest(), 0.6f, 1e-5);
-    EXPECT_EQ(mnw.tip[0], 0);         // emptied each frame
-    std::strcpy(mnw.tip, "help");
-    EXPECT_EQ(MACIBM_tooltip_due(), 0);
-    frame_at(3500);
-    std::strcpy(mnw.tip, "help");
-    EXPECT_EQ(MACIBM_tooltip_due(), 1);
-    push(SDL_MOUSEBUTTONUP);
-    push(SDL_MOUSEMOTION, 120, 300);  // two units at once do
-    frame_at(3600);
-    EXPECT_EQ(MACIBM_mouse_rest(), 0.0f);
-}
-
-TEST_F(PumpTest, TooltipBoxGrowsWithTheTextAndStaysInside)
-{
-    float x, y, w, h;
-    mnw.mouse_x = 700;
-    mnw.mouse_y = 100;
-    std::string text(59, 'a');
-    std::strcpy(mnw.tip, text.c_str());
-    MACIBM_tooltip_box(&x, &y, &w, &h);
-    EXPECT_EQ(std::vector<float>({x, y, w, h}), std::vector<float>({300, 100, 400, 45}));
-    std::strcpy(mnw.tip, (text + "a").c_str());
-    MACIBM_tooltip_box(&x, &y, &w, &h);
-    EXPECT_EQ(h, 55.0f);
-    mnw.mouse_x = 5;   // top left: pushed inside
-    mnw.mouse_y = 595;
-    MACIBM_tooltip_box(&x, &y, &w, &h);
-    EXPECT_EQ(x, 10.0f);
-    EXPECT_EQ(y + h, 580.0f);
-    mnw.win_x = 240;   // in a dialog the limits stay on the canvas
-    mnw.win_y = 52;
-    mnw.mouse_x = 600;
-    mnw.mouse_y = -50;
-    MACIBM_tooltip_box(&x, &y, &w, &h);
-    EXPECT_EQ(x + w + mnw.win_x, 790.0f);
-    EXPECT_EQ(y + mnw.win_y, 10.0f);
-}
-
 TEST_F(PumpTest, TooltipFrameIsDrawnPixelExact)
 {
     reset_drawing_state(1);   // blue behind, to tell the black fill from nothing
@@ -198,22 +147,4 @@ TEST_F(PumpTest, TooltipFrameIsDrawnPixelExact)
         const int grey = (c[0] == c[1] && c[1] == c[2]) ? c[0] : (c[2] == 255 ? -1 : -2);
         EXPECT_EQ(grey, p[2]) << p[0] << "," << p[1];
     }
-}
-
-TEST_F(PumpTest, CloseFromOutsideEndsTheRunAndKeysGiveVirtualKeyCodes)
-{
-    push(SDL_QUIT);
-    frame_at(1000);
-    EXPECT_EQ(gdone, 1);
-    gdone = 0;
-
-    const int keys[][2] = {
-        {SDLK_a, 0x41}, {SDLK_z, 0x5A}, {SDLK_0, 0x30}, {SDLK_9, 0x39}, {SDLK_LEFT, 0x25}, {SDLK_DOWN, 0x28},
-        {SDLK_RETURN, 0x0D}, {SDLK_BACKSPACE, 0x08}, {SDLK_RSHIFT, 0x10}, {SDLK_SEMICOLON, 0xBA},
-        {SDLK_EQUALS, 0xBB}, {SDLK_COMMA, 0xBC}, {SDLK_MINUS, 0xBD}, {SDLK_PERIOD, 0xBE}, {SDLK_SLASH, 0xBF},
-        {SDLK_BACKQUOTE, 0xC0}, {SDLK_LEFTBRACKET, 0xDB}, {SDLK_BACKSLASH, 0xDC}, {SDLK_RIGHTBRACKET, 0xDD},
-        {SDLK_F12, 0x7B}, {SDLK_KP_9, 0x69}, {SDLK_AUDIOPLAY, 0}};
-    for (const auto& k : keys) EXPECT_EQ(platform_key_code(k[0]), k[1]) << k[0];
-    EXPECT_EQ(renderer_is_3dfx("Mesa DRI") + renderer_is_3dfx("3dfx") + renderer_is_3dfx("Mes"), 2);
-    EXPECT_EQ(renderer_is_generic("GENERIC") + renderer_is_generic("GDI GENERIC"), 1);
 }
