@@ -1,7 +1,5 @@
 // The bitmaps that the build draws beside the program: files the reader takes,
-// atlas cells that hold the characters the font maps send there, terrain
-// textures whose grass lies where the derivation expects it, and panels whose
-// labels stand where the layout tables put them.
+// and atlas cells that hold the characters the font maps send there.
 #include "app/Panel_layout.h"
 #include "hl/Hl_graph.h"
 
@@ -57,9 +55,6 @@ int count(const bmp& b, int x1, int y1, int x2, int y2, F is)
 }
 
 bool inked(int p) { return p != key; }
-bool grass(int p) { return (p >> 8 & 0xFF) > (p >> 16) + 15 && (p >> 8 & 0xFF) > (p & 0xFF) + 15; }
-int grass_in_row(const bmp& b, int y) { return count(b, 0, y, b.w, y + 1, grass); }
-int grass_in_column(const bmp& b, int x) { return count(b, x, 0, x + 1, b.h, grass); }
 
 // Cells of an atlas are 6 by 22 texels, 21 to a row; column_shift moves them right.
 int cell_x(int cell, int column_shift = 0) { return (cell % 21 + column_shift) * 6; }
@@ -79,28 +74,6 @@ void expect_cell_holds_pattern(const bmp& atlas, int cell, int column_shift, int
     EXPECT_EQ(wrong, 0) << "character '" << char(c) << "' in cell " << cell << " shifted " << column_shift;
 }
 
-// The label's characters stand in the bitmap exactly where the table puts them:
-// every set pixel of each pattern has the one ink colour, and the glyph boxes
-// hold some other colour around it.
-void expect_label_drawn(const bmp& panel, const panel_label& l)
-{
-    const int s = l.scale, y = (int)l.y, width = ((int)std::strlen(l.text) * 6 - 1) * s;
-    int left = (int)(l.x < 0 ? l.x - 0.5f : l.x + 0.5f);
-    left -= l.align == align_right ? width : l.align == align_centre ? width / 2 : 0;
-    int ink = -1, off_ink = 0, wrong = 0;
-    for (int k = 0; l.text[k]; k++) {
-        const unsigned char* rows = glyph_rows(l.text[k]);
-        for (int r = 0; r < 7; r++)
-            for (int c = 0; c < 5 && l.text[k] != ' '; c++) {
-                const int p = at(panel, left + (6 * k + c) * s, y + (6 - r) * s);
-                if (!(rows[r] & (0x10 >> c))) off_ink += ink >= 0 && p != ink;
-                else if (ink < 0) ink = p;
-                else wrong += p != ink;
-            }
-    }
-    EXPECT_TRUE(ink >= 0 && off_ink > 0) << l.text;
-    EXPECT_EQ(wrong, 0) << "label \"" << l.text << "\" is not where its table puts it";
-}
 
 }  // namespace
 
@@ -167,21 +140,4 @@ TEST(BitmapsMade, AtlasCellsHoldTheGlyphsTheMapsSendThere)
     EXPECT_EQ(count(inter, knob[0], knob[1], knob[2], knob[3], inked), (knob[2] - knob[0]) * (knob[3] - knob[1]));
     EXPECT_TRUE(inked(at(inter, arrow[0], arrow[3] - 1)));
     EXPECT_TRUE(arrow_ink > 60 && arrow_ink < (arrow[2] - arrow[0]) * (arrow[3] - arrow[1]) * 2 / 3) << arrow_ink;
-}
-
-TEST(PanelLayout, LabelsStandWhereTheTablesSay)
-{
-    const struct { const char* bitmap; const panel_label* labels; int count, readout; } panels[] = {
-        {"bitmaps/TileFrgr/TF_MAP", ter_labels, label_count(ter_labels), 1},
-        {"bitmaps/TileFrgr/TF_OBS", obs_labels, label_count(obs_labels), 1},
-        {"bitmaps/TileFrgr/TF_APT", apt_labels, label_count(apt_labels), 0},
-        {"bitmaps/TileFrgr/TF_NAV", nav_labels, label_count(nav_labels), 0}};
-    for (const auto& p : panels) {
-        SCOPED_TRACE(p.bitmap);
-        bmp b = load(p.bitmap);
-        ASSERT_EQ(b.w, 800);
-        for (int k = 0; k < p.count; k++) expect_label_drawn(b, p.labels[k]);
-        if (p.readout)
-            for (const panel_label& l : readout_labels) expect_label_drawn(b, l);
-    }
 }

@@ -15,22 +15,6 @@ protected:
     }
 };
 
-TEST_F(Keys, CharactersOfTheKeyCodes)
-{
-    EXPECT_EQ(key_character('M', 0), 'm');
-    EXPECT_EQ(key_character('M', 1), 'M');
-    EXPECT_EQ(key_character('1', 1), '!');
-    EXPECT_EQ(key_character('0', 1), ')');
-    EXPECT_EQ(key_character('7', 0), '7');
-    EXPECT_EQ(key_character(0xBD, 0), '-');
-    EXPECT_EQ(key_character(0xBB, 1), '+');
-    EXPECT_EQ(key_character(0xDC, 0), '\\');
-    EXPECT_EQ(key_character(0xDC, 1), '|');
-    EXPECT_EQ(key_character(0xC0, 1), '~');
-    EXPECT_EQ(key_character(0x20, 0), ' ');
-    EXPECT_EQ(key_character(0x70, 0), 'p');   // F1 has no glyph: its code goes in as it is
-}
-
 TEST_F(Keys, KeysRunTheirCommandsOnTheMapScreens)
 {
     MACIBM_handlekey(0x26);   // arrow up

@@ -72,23 +72,6 @@ TEST_F(Scanner, FailedReadNamesItsLabel)
               0u);
 }
 
-TEST_F(Scanner, FixedIdentifierFieldTakesFourColumnsAndDropsOne)
-{
-    char id[5];
-    char name[40];
-    ASSERT_EQ(open_text("I\n1 version\n  KXYZ Name\nXYZ Name\n\tAB C-D\n"), 1);
-    wrdscan(id, "id", 5, 1);
-    EXPECT_STREQ(id, "KXYZ");
-    strscan(name, "name", 40);
-    EXPECT_STREQ(name, "Name");
-    wrdscan(id, "id", 5, 1);
-    EXPECT_STREQ(id, "XYZ ");
-    strscan(name, "name", 40);
-    EXPECT_STREQ(name, "ame");
-    wrdscan(id, "id", 5, 1);   // tabs and the previous line end are skipped too
-    EXPECT_STREQ(id, "AB C");
-}
-
 TEST_F(Scanner, RestOfLineKeepsAtMostLenMinusTwo)
 {
     std::string line39(39, 'x');

@@ -5,18 +5,6 @@
 
 #include <cstdlib>
 
-TEST(Startup, PreferenceFolderFollowsTheDesktopConvention)
-{
-    char folder[path_len];
-    setenv("XDG_CONFIG_HOME", "/tmp/cfg", 1);
-    platform_preference_folder(folder);
-    EXPECT_STREQ(folder, "/tmp/cfg/Norvane/");
-    unsetenv("XDG_CONFIG_HOME");
-    setenv("HOME", "/home/author", 1);
-    platform_preference_folder(folder);
-    EXPECT_STREQ(folder, "/home/author/.config/Norvane/");
-}
-
 TEST(Startup, FlatTileAndClearedTables)
 {
     set_msc_defaults();

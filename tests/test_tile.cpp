@@ -230,17 +230,6 @@ protected:
     void write_coast(const std::string& pairs) { write_file("additional nav data/coastlines/+030-120.cst", "I\r\n1 version\r\n" + pairs); }
 };
 
-TEST_F(Coast, PointsInsideTheTileAreKeptInFileOrder)
-{
-    write_coast("33.5 -118.5\r\n40 -118.5 33 -119\r\n34 -118 33.25\t-118.75\r\n");
-    read_coast();
-    ASSERT_EQ(msc.coast_num, 4);
-    EXPECT_FLOAT_EQ(coast_lat[0], 33.5f);
-    EXPECT_FLOAT_EQ(coast_lat[1], 33.0f);   // the south-west corner is inside
-    EXPECT_FLOAT_EQ(coast_lon[2], -118.0f); // and the north-east corner too
-    EXPECT_FLOAT_EQ(coast_lon[3], -118.75f);
-}
-
 TEST_F(Coast, ThreeThousandPointsLoadAndOneMoreIsFatal)
 {
     std::string pairs;

@@ -39,11 +39,6 @@ static const unsigned char* cell_px(int i, int j)
     return px_at(shot.data(), (int)(flt_plotx[i][j] + flt_plotx[i + 1][j + 1]) / 2, (int)(flt_ploty[i][j] + flt_ploty[i + 1][j + 1]) / 2);
 }
 
-static int cell_shows(int i, int j, int col)
-{
-    return shows((int)(flt_plotx[i][j] + flt_plotx[i + 1][j + 1]) / 2, (int)(flt_ploty[i][j] + flt_ploty[i + 1][j + 1]) / 2, col);
-}
-
 static pixel_set of_colour(int col, int x0 = 168, int y0 = 5, int w = 628, int h = 574)
 {
     pixel_set s;
@@ -148,27 +143,6 @@ struct TerrainTest : WindowTest {
 };
 using TerrainView = TerrainTest;
 using TerrainScreen = TerrainTest;
-
-// Heights 0, 0.6, 0.4, 0.2 round the cell from corner k: only edge k is off by
-// more than half a metre. The edge from (i+1, j) back to (i, j) is not looked at.
-TEST_F(TerrainView, VerticesProjectedAndWaterLightWhereATestedEdgeIsUneven)
-{
-    const int ci[4] = {10, 10, 11, 11}, cj[4] = {20, 21, 21, 20};
-    for (int k = 0; k < 4; k++) {
-        for (int m = 0; m < 4; m++) planey[ci[(k + m) % 4]][cj[(k + m) % 4]] = m ? 0.8f - 0.2f * m : 0.0f;
-        draw_map();
-        EXPECT_TRUE(cell_shows(10, 20, k == 3 ? 16 : 4)) << "edge " << k;
-        EXPECT_TRUE(cell_shows(30, 50, 16));
-    }
-    msc.map_zoom = 1.7f, msc.map_dlat = 0.2f, msc.map_dlon = -0.1f;
-    planelat[7][9] += 0.004f;
-    plot_TF_terrain();
-    int wrong = 0;
-    for (int i = 0; i < grid_ni; i++)
-        for (int j = 0; j < grid_nj; j++)
-            wrong += flt_plotx[i][j] != ret_x(planelon[i][j], planelat[i][j]) || flt_ploty[i][j] != ret_y(planelat[i][j]);
-    EXPECT_EQ(wrong, 0);
-}
 
 TEST_F(TerrainView, LandShadedByHeightAndGridOnlyAboveZoomTwo)
 {
