@@ -5,6 +5,7 @@
 #include "hl/Hl_graph.h"
 #include "world_fixture.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -47,9 +48,19 @@ TEST_F(BitmapLoad, PanelRowsLandBottomUpAndMagentaLeavesWhatWasThere)
 }
 
 // 1024 by 1024 at three bytes a pixel is more than the 1920000 bytes of the
-// scratch area: the load stops at the first pixel past its end.
-TEST_F(BitmapLoad, TexturePastTheScratchAreaIsFatal)
+// scratch area: the load stops at the first pixel that would pass its end, so
+// the rest of rgb_array (and what lies behind it) is never written.
+TEST_F(BitmapLoad, TexturePastTheScratchAreaIsFatalBeforeAByteLandsBehindIt)
 {
     write_file("pics/big.BMP", bmp_bytes(1024, 1024, [](int, int) { return bmp_rgb{128, 128, 128}; }));
-    EXPECT_FATAL_ALERT(load(-100, 61, 0, "pics:big"), "OGL_texbmp data out of bounds!");
+    const int scratch_end = canvas_w * canvas_h * 4;
+    std::memset(rgb_array + scratch_end, 0x5A, rgb_page_bytes - scratch_end);
+    auto load_and_check_tail = [this] {
+        alert_watcher = [](const char*, const char*, const char*, const char*, int) {
+            for (int k = canvas_w * canvas_h * 4; k < rgb_page_bytes; k++)
+                if (rgb_array[k] != 0x5A) std::_Exit(3);
+        };
+        load(-100, 61, 0, "pics:big");
+    };
+    EXPECT_FATAL_ALERT(load_and_check_tail(), "OGL_texbmp data out of bounds!");
 }

@@ -77,35 +77,6 @@ void expect_cell_holds_pattern(const bmp& atlas, int cell, int column_shift, int
 
 }  // namespace
 
-TEST(BitmapsMade, EveryFileIsOneTheReaderTakes)
-{
-    // Size as width * 1000 + height; 0: a terrain texture, loaded with a mipmap chain, so square.
-    std::vector<std::pair<std::string, int>> files = {
-        {"textures/interfacetext", 128128}, {"textures/interfacetext_alt", 128128}, {"textures/paneltext", 256256},
-        {"textures/interface/menuitems", 128032}, {"bitmaps/NRST", 800600}};
-    for (auto p : {"MAP", "OBS", "APT", "NAV"}) files.push_back({std::string("bitmaps/TileFrgr/TF_") + p, 800600});
-    for (auto t : {"wat", "grs", "mnt", "grs_wat_h", "grs_wat_c", "wat_grs_c", "grs_mnt_h", "grs_mnt_c", "mnt_grs_c"})
-        files.push_back({std::string("textures/terrain/") + t, 0});
-    for (const auto& [name, size] : files) {
-        SCOPED_TRACE(name);
-        bmp b = load(name);
-        ASSERT_GE(b.bytes.size(), 54u) << "missing or cut short";
-        // "BM", 24 bits a pixel, not compressed, the pixels from byte 54 as the reader takes them.
-        EXPECT_TRUE(field(b, 0, 2) == 0x4D42u && field(b, 28, 2) == 24u && field(b, 30, 4) == 0u);
-        EXPECT_EQ(field(b, 10, 4), 54u);
-        EXPECT_EQ(b.bytes.size(), 54 + (size_t)((b.w * 3 + 3) & ~3) * b.h);
-        if (size) EXPECT_EQ(b.w * 1000 + b.h, size);
-        else EXPECT_TRUE(b.w == b.h && b.w >= 64) << b.w << " by " << b.h;
-        // A panel has no keyed pixel, which would show the frame before; a
-        // texture's sides are powers of 2, and it is read into a scratch area
-        // of 1920000 bytes, four a pixel when keyed.
-        if (size == 800600)
-            EXPECT_EQ(count(b, 0, 0, b.w, b.h, inked), b.w * b.h);
-        else
-            EXPECT_TRUE((b.w & (b.w - 1)) == 0 && (b.h & (b.h - 1)) == 0 && b.w * b.h * 4 < 1920000);
-    }
-}
-
 TEST(BitmapsMade, AtlasCellsHoldTheGlyphsTheMapsSendThere)
 {
     bmp inter = load("textures/interfacetext"), panel = load("textures/paneltext");

@@ -81,28 +81,6 @@ TEST_F(ControlTest, RadioLampTakesItsValueOnClicksInsideItsEdges)
     }
 }
 
-TEST_F(ControlTest, CharacterWheelLowerHalfAdvancesUpperHalfGoesBack)
-{
-    // Columns 10 wide from x 200, y 286 to 320, halves split at 303, which
-    // belongs to the upper half; the line between two columns moves both.
-    // 9 is followed by A, Z wraps forward to a blank and a blank back to Z.
-    const struct { float mx, my; const char* after; int hit; } cases[] = {
-        {205, 302, "B9Z ", 1}, {205, 303, "99Z ", 1}, {215, 290, "AAZ ", 1}, {225, 290, "A9  ", 1},
-        {235, 310, "A9ZZ", 1}, {210, 290, "BAZ ", 1}, {200, 286, "B9Z ", 1}, {240, 320, "A9ZZ", 1},
-        {199.5f, 290, "A9Z ", 0}, {240.5f, 290, "A9Z ", 0}, {215, 320.5f, "A9Z ", 0}};
-    for (const auto& c : cases) {
-        char id[5] = "A9Z ";
-        mouse(c.mx, c.my);
-        EXPECT_EQ(incharbtn(7, 200, 300, id, 4), c.hit) << c.mx << "," << c.my;
-        EXPECT_STREQ(id, c.after) << c.mx << "," << c.my;
-    }
-    // Each character stands 3 units into its column.
-    char id[5] = "K7 Q";
-    clear();
-    incharbtn(9, 200, 300, id, 4);
-    EXPECT_TRUE(shows("K7 Q", 203, 300, 10, 9));
-}
-
 int spin_hit;   // what the last spin returned
 
 // The value after a click at (mx, my) on a spinner at (100, 300).

@@ -88,25 +88,6 @@ TEST_F(Databases, WrittenFilesReadBackToTheSameTables)
     EXPECT_EQ(read_file(nav_file), nav_before);
 }
 
-TEST_F(Databases, ReadingRulesOfTheFields)
-{
-    write_apt("1 50 1 2 K1  A name that is far too long for its forty places\n"
-              "10 33 -118 09L 725 100 50 1111111\n"
-              "5 6 7\n"   // other codes cost just themselves
-              "10 33 -118 18 x 360 100 50 1111111\n");
-    load_airports();
-    EXPECT_EQ(apt_twr[0], 1);
-    EXPECT_EQ(apt_bld[0], 0);   // only 1 reads as set
-    EXPECT_STREQ(apt_id[0], "K1  ");
-    EXPECT_EQ(std::string(apt_name[0]).size(), 38u);
-    EXPECT_EQ(rwy_num[0], 9);
-    EXPECT_EQ(rwy_lcr[0], 'L');
-    EXPECT_FLOAT_EQ(rwy_hdng[0], 365);   // wrapped once only
-    EXPECT_FLOAT_EQ(rwy_hdng[1], 360);
-    EXPECT_EQ(rwy_wrl_max, 1);
-    EXPECT_EQ(apt_hi_ind[0], 1);
-}
-
 TEST_F(Databases, RunwayAheadOfEveryAirportIsLeftOutWithAWarning)
 {
     write_apt("10 33 -118 9 x 90 100 50 1111111\n1 10 0 0 AAAA first\n10 33 -118 27 x 270 100 50 1111111\n");
@@ -128,17 +109,6 @@ TEST_F(Databases, FullAirportTableLoadsAndOneMoreIsFatal)
     EXPECT_FATAL_ALERT(load_airports(), "Too many airports in apt.dat file!");
     EXPECT_EQ(last_log_line().rfind("MACIBM_alert: Too many airports in apt.dat file!   18000, GetLastError=", 0), 0u)
         << last_log_line();
-}
-
-TEST_F(Databases, FullRunwayTableLoadsAndOneMoreIsFatal)
-{
-    write_apt(airport_lines(1, rwy_cap));
-    load_airports();
-    EXPECT_EQ(rwy_wrl_max, rwy_cap - 1);
-    EXPECT_EQ(apt_hi_ind[0], rwy_cap - 1);
-    write_apt(airport_lines(1, rwy_cap + 1));
-    EXPECT_FATAL_ALERT(load_airports(), "Too many runways in apt.dat file!");
-    EXPECT_EQ(last_log_line().rfind("MACIBM_alert: Too many runways in apt.dat file!   70000, GetLastError=", 0), 0u);
 }
 
 TEST_F(Databases, NavaidLoadStopsAt19997Records)

@@ -1,5 +1,5 @@
 // Derivation of the ground textures of a tile and their orientation from the
-// water flags, the elevations and the custom cells.
+// water flags: plain tiles, shores, and the inside corners of a grass cell.
 #include "hl/Hl_funct.h"
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
@@ -74,23 +74,6 @@ int all_cells_are(unsigned int tex)
     return 1;
 }
 
-// A lone block at a lattice position, made steep by its east vertex only.
-const int bi = 21, bj = 31;
-
-void make_steep(int i, int j) { planey[i + 1][j] = 1000.0f; }
-
-// The texture of all four cells of the block at (bi, bj) after laying a flat
-// grass tile, changing it and deriving; 0 when they differ. A mountain block
-// in grass ends as its four corner pieces, 56.
-template <typename F>
-unsigned int block_after(F change)
-{
-    derive_on(0, change);
-    const unsigned int t = planetex[bi][bj];
-    const int same = planetex[bi][bj + 1] == t && planetex[bi + 1][bj] == t && planetex[bi + 1][bj + 1] == t;
-    return same ? t : 0;
-}
-
 class Derivation : public ::testing::Test {
 protected:
     void SetUp() override
@@ -140,30 +123,4 @@ TEST_F(Derivation, OneGrassCellInWaterShowsEveryEdgeAndInsideCorner)
     // Grass W and N and at the SE diagonal: rule 1 holds, then rule 11 overrides it.
     derive_on(1, [] { is_water[9][10] = is_water[10][11] = is_water[11][9] = 0; });
     expect_cells({{10, 10, 53, st_r0}});
-}
-
-TEST_F(Derivation, SteepBlockBecomesMountainWithCorners)
-{
-    derive_on(0, [] { make_steep(bi, bj); });
-    expect_cells({{bi, bj, 56, st_flip_t}, {bi, bj + 1, 56, st_r0}, {bi + 1, bj, 56, st_swap},
-                  {bi + 1, bj + 1, 56, st_flip_s}, {bi - 1, bj, 54, st_r0}, {bi + 2, bj + 1, 54, st_r0}});
-    // Three blocks in an L: the cell in the bend has grass at one diagonal
-    // only; north of the one below it and east of the one left of it, grass.
-    derive_on(0, [] {
-        make_steep(bi, bj);
-        make_steep(bi + 2, bj);
-        make_steep(bi, bj + 2);
-    });
-    expect_cells({{bi + 1, bj + 1, 57, st_r3}, {bi + 2, bj + 1, 55, st_r1}, {bi + 1, bj + 2, 55, st_r2},
-                  {bi + 3, bj + 1, 56, st_flip_s}});
-    // A custom cell in a block stays custom; painted back to default, it
-    // takes its place in the mountain again.
-    derive_on(0, [] {
-        make_steep(bi, bj);
-        set_orientation(bi, bj + 1, st_r2, 2005);
-    });
-    expect_cells({{bi, bj + 1, 2005, st_r2}, {bi + 1, bj + 1, 56, st_flip_s}});
-    planetex[bi][bj + 1] = 0;
-    derive();
-    expect_cells({{bi, bj + 1, 56, st_r0}});
 }

@@ -17,20 +17,6 @@ TEST(Helpers, RangeTestsIncludeBothEndsAndRejectNaN)
     EXPECT_EQ(fltbox(1.001f, 0.5f, 0, 0, 1, 1), 0);
 }
 
-TEST(Helpers, WrapsGoOneStepOnly)
-{
-    EXPECT_EQ(intwrap(37, 1, 36), 1);
-    EXPECT_EQ(intwrap(0, 1, 36), 36);
-    EXPECT_EQ(intwrap(-1, 1, 36), 35);
-    EXPECT_EQ(intwrap(74, 1, 36), 38);
-    EXPECT_FLOAT_EQ(fltwrap(-90, 0, 360), 270);
-    EXPECT_FLOAT_EQ(fltwrap(725, 0, 360), 365);
-    EXPECT_FLOAT_EQ(fltwrap(360, 0, 360), 360);
-    EXPECT_EQ(intlim(-3, 0, 58), 0);
-    EXPECT_EQ(intlim(59, 0, 58), 58);
-    EXPECT_FLOAT_EQ(fltlim(0.5f, -0.9999f, 0.9999f), 0.5f);
-}
-
 TEST(Helpers, EdgeTestOfAClockwiseRegion)
 {
     // A square with y pointing down, corners clockwise: (0,0) (10,0) (10,10) (0,10).

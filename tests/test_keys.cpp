@@ -60,15 +60,3 @@ TEST_F(Keys, TypingEditsTheSelectedName)
     MACIBM_handlekey(0x08);   // Backspace on an empty name
     EXPECT_STREQ(nav_name[0], "");
 }
-
-TEST_F(Keys, QuitWritesThePreferencesAndEndsTheLoop)
-{
-    C_plus_C(app_path, "prefs/Norvane Tile-Forger.prf", gen_path);
-    msc.lon = -71;
-    gdone = 0;
-    APPLICATION_handlemenu(cmd_quit);
-    EXPECT_EQ(gdone, 1);
-    std::string prefs = read_file("prefs/Norvane Tile-Forger.prf");
-    EXPECT_EQ(prefs.rfind("I\r\n543 version\r\n33", 0), 0u) << prefs;
-    EXPECT_NE(prefs.find("\r\n-71"), std::string::npos);
-}

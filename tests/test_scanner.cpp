@@ -36,22 +36,6 @@ TEST_F(Scanner, TextHeadChecksLetterAndVersionQuietly)
     EXPECT_EQ(inf_open(path, kind_text, 1, 1), 0);
 }
 
-TEST_F(Scanner, BinaryHeadGivesByteOrder)
-{
-    std::string little("i\x04\x00\x00\x00\x2a\x00\x00\x00", 9);
-    ASSERT_EQ(open_binary(little, 4), 1);
-    EXPECT_EQ(rev_inf_bin, 0);
-    EXPECT_EQ(intscan("x"), 42);
-
-    std::string big("a\x00\x00\x00\x04\x3f\x80\x00\x00", 9);
-    ASSERT_EQ(open_binary(big, 4), 1);
-    EXPECT_EQ(rev_inf_bin, 1);
-    EXPECT_FLOAT_EQ(fltscan("x"), 1.0f);
-
-    EXPECT_EQ(open_binary("", 4), 0);
-    EXPECT_EQ(open_binary("z\x04", 4), 0);
-}
-
 TEST_F(Scanner, WrongVersionWithComplaintIsFatal)
 {
     EXPECT_FATAL_ALERT(open_text("I\n554 version\n", 543, 1), "The following file is the wrong version");

@@ -1,5 +1,5 @@
-// Bitmaps into textures and into the panel buffer, every alert of a load, and
-// the background panel baked from a screen's bitmap and drawn pixel for pixel.
+// Every alert of a bitmap load, each shown on the real window and closed with
+// Return. (Pixels of a load are tested without a window, in test_bitmap_load.)
 #include "bitmap_files.h"
 #include "window_fixture.h"
 
@@ -30,31 +30,7 @@ static std::string literal(const std::string& text)
     return std::regex_replace(text, std::regex(R"([.\[\]{}()\\*+?^$|])"), R"(\$&)");
 }
 
-// The RGBA texels of one level of a texture.
-static std::vector<unsigned char> texels(int id, int level, int* w, int* h)
-{
-    OGL_bindtex(id);
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, level, GL_TEXTURE_WIDTH, w);
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, level, GL_TEXTURE_HEIGHT, h);
-    std::vector<unsigned char> px((size_t)*w * *h * 4 + 4);
-    glGetTexImage(GL_TEXTURE_2D, level, GL_RGBA, GL_UNSIGNED_BYTE, px.data());
-    return px;
-}
-
-// A parameter of texture id, times 10000, plus another.
-static int tex_parameters(int id, GLenum name, GLenum other)
-{
-    GLint value = 0, other_value = 0;
-    OGL_bindtex(id);
-    glGetTexParameteriv(GL_TEXTURE_2D, name, &value);
-    glGetTexParameteriv(GL_TEXTURE_2D, other, &other_value);
-    return value * 10000 + other_value;
-}
-
-static std::vector<unsigned char> rgba(bmp_rgb c, int a) { return {c.r, c.g, c.b, (unsigned char)a}; }
-static std::vector<unsigned char> at(const unsigned char* p, int bytes) { return {p, p + bytes}; }
 static bmp_rgb grey(int, int) { return {128, 128, 128}; }
-const bmp_rgb magenta = {255, 0, 255};
 
 class BitmapTest : public WindowTest {
 protected:
@@ -142,94 +118,4 @@ TEST_F(BitmapTest, BadHeadersShortFilesAndPicturesPastTheLimitsAreFatal)
     msc.screen = 201;
     expect_fatal([] { MACIBM_startwind(0); },
                  {"Can't open bitmap!", root + "Norsuite Resources/bitmaps/TileFrgr/TF_OBS.BMP", "", ""});
-}
-
-TEST_F(BitmapTest, RowsArePaddedAndReadBottomUpMagentaIsSkippedKeyedOutOrKeptAndAMissingTextureIsWhite)
-{
-    auto pixel = [](int x, int y) { return bmp_rgb{(unsigned char)(40 * x + 1), (unsigned char)(40 * y + 1), 7}; };
-    // Width 3: 9 bytes of pixels and 3 of padding a row, the padding not black.
-    // A missing texture is 4 by 4 white, its alpha bytes as they were.
-    put("pics:three", bmp_bytes(3, 3, pixel, 0xEE));
-    EXPECT_EQ(load(-101, 10, 20, 0, "pics:three"), 1);
-    EXPECT_EQ(width * 10 + height, 33);
-    for (int n = 0; n < 9; n++)
-        EXPECT_EQ(at(px_at(rgb_array, 10 + n % 3, 20 + n / 3), 4), rgba(pixel(n % 3, n / 3), 255)) << n;
-
-    for (int n = 0; n < 16; n++) rgb_array[4 * n + 3] = 77;   // alpha bytes stay as they are
-    EXPECT_EQ(load(-100, 71, 0, -105, "pics:none"), 0);
-    int w, h;
-    std::vector<unsigned char> px = texels(71, 0, &w, &h);
-    ASSERT_EQ(width * 1000 + height * 100 + w * 10 + h, 4444);
-    for (int n = 0; n < 16; n++) EXPECT_EQ(at(&px[4 * n], 4), (std::vector<unsigned char>{255, 255, 255, 77})) << n;
-
-    const bmp_rgb row[4] = {{255, 0, 0}, magenta, magenta, {0, 0, 255}};
-    put("pics:row", bmp_bytes(4, 1, [&](int x, int) { return row[x]; }));
-    mnw.win_x = 200, mnw.win_y = 198;   // the panel position is window-relative
-    std::memcpy(rgb_array + (258 * 800 + 251) * 4, "\x01\x02\x03\xC8", 4);   // a pixel written before
-    EXPECT_EQ(load(-101, 50, 60, 0, "pics:row"), 1);
-    EXPECT_EQ(at(px_at(rgb_array, 250, 258), 16),
-              (std::vector<unsigned char>{255, 0, 0, 255, 1, 2, 3, 200, 0, 0, 0, 0, 0, 0, 255, 255}));
-    // Keyed: only pure magenta goes; font atlases stay sharp.
-    const bmp_rgb square[4] = {magenta, {255, 0, 0}, {255, 0, 254}, magenta};
-    put("pics:square", bmp_bytes(2, 2, [&](int x, int y) { return square[2 * y + x]; }));
-    EXPECT_EQ(load(-100, 63, 0, -105, "pics:square") + load(-100, 155, 0, -105, "pics:square"), 2);
-    EXPECT_EQ(tex_parameters(63, GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MIN_FILTER), GL_LINEAR * 10001);
-    EXPECT_EQ(tex_parameters(155, GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MIN_FILTER), GL_NEAREST * 10001);
-    EXPECT_EQ(load(-100, 65, 0, 0, "pics:square"), 1);
-    EXPECT_EQ(tex_parameters(65, GL_TEXTURE_MAG_FILTER, GL_TEXTURE_WRAP_S), GL_LINEAR * 10000 + GL_REPEAT);
-    std::vector<unsigned char> keyed = texels(155, 0, &w, &h), plain = texels(65, 0, &w, &h);
-    for (int n = 0; n < 4; n++) {
-        EXPECT_EQ(at(&keyed[4 * n], 4), n % 3 == 0 ? std::vector<unsigned char>(4, 0) : rgba(square[n], 255)) << n;
-        EXPECT_EQ(at(&plain[4 * n], 4), rgba(square[n], 255)) << n;
-    }
-}
-
-TEST_F(BitmapTest, ScreenPanelIsBakedDrawnPixelForPixelAndRebakedForEachWindow)
-{
-    put("Norsuite Resources:bitmaps:TileFrgr:TF_MAP", bmp_bytes(800, 600, panel_pixel));
-    msc.screen = 200, mnw.win_id = 996, mnw.win_x = 200, mnw.open_menu = 3;
-    mnw.mouse_click = mnw.mouse_down = 1;
-    MACIBM_startwind(0);   // the menu closed, the clicks forgotten
-    EXPECT_EQ(mnw.win_id + mnw.win_x + mnw.win_y + mnw.mouse_click + mnw.mouse_down + to_array, 0);
-    EXPECT_EQ(mnw.open_menu, -1);
-    int w, h;
-    auto corner = [&] { return at(&texels(534, 0, &w, &h)[(87 * 128 + 31) * 4], 4); };   // tile column 6, row 4
-    EXPECT_EQ(corner(), rgba(panel_pixel(799, 599), 255));
-    EXPECT_EQ(tex_parameters(534, GL_TEXTURE_MAG_FILTER, GL_TEXTURE_WRAP_S), GL_NEAREST * 10000 + GL_REPEAT);
-    OGL_plot_background();
-    std::vector<unsigned char> frame = grab_back_buffer();
-    int wrong = 0;
-    for (int n = 0; n < canvas_w * canvas_h; n++)
-        wrong += at(&frame[n * 4], 3) != at(&rgba(panel_pixel(n % canvas_w, n / canvas_w), 0)[0], 3);
-    EXPECT_EQ(wrong, 0);
-    // A paint rebakes the current window's panel; its destruction returns to the screen.
-    MACIBM_startwind(997);
-    EXPECT_EQ(corner(), std::vector<unsigned char>(4, 0));
-    IBM_handlewin(mnw.hwnd, msg_paint, 0, 0);
-    EXPECT_EQ(mnw.win_id, 997);
-    IBM_handlewin(mnw.hwnd, msg_destroy, 0, 0);
-    EXPECT_EQ(mnw.win_id + mnw.win_x + mnw.win_y, 0);
-    EXPECT_EQ(corner(), rgba(panel_pixel(799, 599), 255));
-
-    // A window stands over the screen left behind, which shows around it; a
-    // stretched panel is filtered and clamped.
-    reset_drawing_state(1.0f);   // the screen below: all blue
-    MACIBM_startwind(996);
-    OGL_plot_background();
-    frame = grab_back_buffer();
-    auto pixel_at = [&](int x, int y) { return at(px_at(frame.data(), x, y), 3); };
-    EXPECT_EQ(pixel_at(193, 300), (std::vector<unsigned char>{0, 0, 255}));
-    EXPECT_EQ(pixel_at(300, 300), std::vector<unsigned char>(3, 153));   // the face, colour 12
-    EXPECT_EQ(pixel_at(196, 300), std::vector<unsigned char>(3, 102));   // the border, colour 18
-    use_blend = 1;
-    load_rgbarray_into_baktex(0);
-    EXPECT_EQ(tex_parameters(500, GL_TEXTURE_MIN_FILTER, GL_TEXTURE_WRAP_S), GL_LINEAR * 10000 + GL_CLAMP);
-    // The frame pump draws the panel first.
-    MACIBM_restart_pump();
-    reset_drawing_state(1.0f);
-    use_blend = 0, have_done_first_update = 1, mnw.mouse_x = mnw.mouse_y = 0;   // the pointer off the probes
-    MACIBM_event_proc();
-    frame = grab_back_buffer();
-    EXPECT_EQ(pixel_at(196, 300), std::vector<unsigned char>(3, 102));
-    EXPECT_EQ(pixel_at(10, 10), (std::vector<unsigned char>{0, 0, 255}));
 }

@@ -3,16 +3,6 @@
 #include "window_fixture.h"
 
 #include <SDL2/SDL.h>
-#include <dlfcn.h>
-
-// The test program defines these OpenGL entry points itself, counts the calls
-// the layer promises to spare, and passes each on.
-static int gl_switch_calls;
-#define PASS_ON(name, ...) static auto real = (decltype(&name))dlsym(RTLD_NEXT, #name); real(__VA_ARGS__)
-extern "C" {
-void glEnable(GLenum cap) { gl_switch_calls++; PASS_ON(glEnable, cap); }
-void glDisable(GLenum cap) { gl_switch_calls++; PASS_ON(glDisable, cap); }
-}
 
 using GraphTest = WindowTest;
 
@@ -40,44 +30,6 @@ TEST_F(GraphTest, LinesIncludeBothEndsWhileRectanglesLeaveTheFarEdge)
         OGL_fillrect(7, 30, 30, -5, 5);    // reversed: nothing in the array, culled on OpenGL
         OGL_fillrect(7, 30, 30, 5, -5);
     }, expected);
-}
-
-TEST_F(GraphTest, WindowOriginOffsetsEveryPrimitive)
-{
-    mnw.win_x = 200;
-    mnw.win_y = 198;
-    pixel_set expected = rect_pixels(200, 198, 3, 2, rect_pixels(210, 203, 3, 1));
-    expect_on_both([] {
-        OGL_fillrect(8, 0, 0, 3, 2);
-        OGL_line(8, 10, 5, 12, 5);
-    }, expected);
-    reset_drawing_state();
-    mnw.win_x = 200;
-    mnw.win_y = 198;
-    OGL_2dquad(0, 8, 1.0f, 0, 0, 0, 0, 0, 4, 0, 1, 4, 4, 1, 1, 4, 0, 1, 0, 3, 7, 9);
-    EXPECT_EQ(lit_pixels(0), rect_pixels(200, 198, 4, 4));
-}
-
-TEST_F(GraphTest, SetstateReadsTheSwitchesBackAndChangesOnlyWhatDiffers)
-{
-    OGL_setstate(1, 3, 5, 7, 9, 11, 13);
-    glEnable(GL_BLEND);   // behind the layer's back
-    gl_switch_calls = 0;
-    OGL_setstate(1, 3, 5, 7, 9, 11, 13);
-    EXPECT_FALSE(glIsEnabled(GL_BLEND));
-    EXPECT_EQ(gl_switch_calls, 1);
-    OGL_setstate(1, 3, 5, 7, 9, 11, 13);
-    EXPECT_EQ(gl_switch_calls, 1);
-    OGL_setstate(0, 2, 4, 6, 8, 10, 12);
-    EXPECT_EQ(gl_switch_calls, 8);   // fog, texture, lighting, light 0, alpha, blend, depth
-    GLboolean mask;
-    glGetBooleanv(GL_DEPTH_WRITEMASK, &mask);
-    EXPECT_TRUE(mask);
-    OGL_setstate(99, 99, 99, 99, 99, 99, 99);   // any other code is off
-    for (GLenum cap : {GL_FOG, GL_TEXTURE_2D, GL_LIGHTING, GL_LIGHT0, GL_ALPHA_TEST, GL_BLEND, GL_DEPTH_TEST})
-        EXPECT_FALSE(glIsEnabled(cap)) << cap;
-    glGetBooleanv(GL_DEPTH_WRITEMASK, &mask);
-    EXPECT_FALSE(mask);
 }
 
 static float current(int k)

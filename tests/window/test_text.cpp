@@ -74,25 +74,3 @@ TEST_F(TextTest, AtlasQuadOfEachFontAndMap)
     EXPECT_EQ(fed_back([] { OGL_number(7, 100, 200, 12.5f, 3, 1, 5, 0, 101); }),
               quads({{150, 300, 2, 0, 128}, {157.5f, 299, 1, 4, 128}, {155, 300, 3, 0, 128}, {160, 300, 6, 0, 128}}));
 }
-
-TEST_F(TextTest, TextStateAndAtlasBinding)
-{
-    auto bound = [] { GLint id; glGetIntegerv(GL_TEXTURE_BINDING_2D, &id); return id; };
-    // The alpha test where a unit is a pixel, blending where the canvas is stretched.
-    use_blend = 0;
-    OGL_string(7, 0, 0, "a", 999, 6, 101);
-    EXPECT_TRUE(bound() == 154 && glIsEnabled(GL_TEXTURE_2D) && glIsEnabled(GL_ALPHA_TEST) && !glIsEnabled(GL_BLEND));
-    use_blend = 1;
-    OGL_number(7, 0, 0, 1, 1, 0, 6, 0, 103);
-    EXPECT_TRUE(bound() == 156 && glIsEnabled(GL_TEXTURE_2D) && !glIsEnabled(GL_ALPHA_TEST) && glIsEnabled(GL_BLEND));
-    use_blend = 0;
-    // Font 104 and, for numbers, font 100 draw from whatever is bound.
-    OGL_bindtex(4321);
-    OGL_string(7, 0, 0, "1", 999, 6, 104);
-    OGL_number(7, 0, 0, 1, 1, 0, 6, 0, 100);
-    EXPECT_EQ(bound(), 4321);
-    OGL_string(7, 0, 0, "a", 999, 6, 100);
-    EXPECT_EQ(bound(), 154);
-    OGL_bindtex(0);
-    EXPECT_EQ(glGetError(), (GLenum)GL_NO_ERROR);
-}
