@@ -4,6 +4,7 @@
 // alert) are answered by a scripted user riding on the pump's clock.
 #include "window_fixture.h"
 #include "app/Main.h"
+#include "app/Panel_layout.h"
 #include "app/Screens.h"
 #include "app/Terrain.h"
 #include "app/Utils.h"
@@ -246,6 +247,11 @@ TEST_F(TerrainScreen, TextureListRowsAndScrolling)
     EXPECT_EQ(tex_list_top, 490);
     frame_at(14, 72, 1);    // the lamp of the last row: slot 498
     EXPECT_EQ(msc.ter_tex, 499);
+    // Another tile opens with the list back at its top.
+    msc.ter_dirty = 0;
+    frame_at(ter_lat_spinner.x + 15, ter_lat_spinner.y + 12, 1);   // the units digit's upper half: north
+    EXPECT_FLOAT_EQ(msc.lat, 34);
+    EXPECT_EQ(tex_list_top, 0);
 }
 
 // A texture chosen through the dialog, in a folder of the textures folder,
