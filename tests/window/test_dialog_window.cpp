@@ -157,6 +157,9 @@ TEST_F(DialogLoop, StripScrollsWhileHeldAnywhereRowsAreTenHighAndClicksBelowTheL
         EXPECT_EQ(run(win_open_dialog, {{'c', strip_x, p.strip_y}, {'c', list_x, p.y}}), 1) << p.y;
         EXPECT_EQ(std::string(name) + " " + path, p.chosen + " " + start_folder + p.chosen) << p.y;
     }
+    // The strip's own edges: its bottom at window y 34 takes a click, 441 above its top does not.
+    EXPECT_EQ(run(win_open_dialog, {{'c', strip_x, 34}, {'c', strip_x, 441}, {'c', cancel_x, cancel_y}}), 0);
+    EXPECT_EQ(after, (seen{"./ 60 61", "./ 60 61"}));
 }
 
 // The save dialog takes the typed name with Return; a click on a file does
