@@ -246,6 +246,9 @@ TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLi
     // The knob's face at the top of the strip for the first item, window y
     // 434 - 7, at the bottom for the last.
     EXPECT_EQ(coloured(67, 543, 485, 1, 1).size(), 1u);
+    // Its double bevel: two light columns on the left, two dark on the right.
+    EXPECT_EQ(coloured(65, 537, 481, 2, 8), rect_pixels(537, 481, 2, 8));
+    EXPECT_EQ(coloured(69, 548, 481, 2, 8), rect_pixels(548, 481, 2, 8));
     draw(win_open_dialog, ftype_ter_tex, {{"Sub", 1}, {"a.bmp", 0}, {"zz", 1}}, 2);
     EXPECT_EQ(coloured(67, 543, 93, 1, 1).size(), 1u);
 
