@@ -12,6 +12,7 @@
 #include <cstdlib>
 
 char g_cs1[500], g_cs2[500], g_cs3[500], g_cs4[500];
+void (*alert_watcher)(const char*, const char*, const char*, const char*, int) = nullptr;
 
 static const char* const about_lines[4] = {
     "Tile-Forger, the scenery editor of the Norsuite family, by the Norvane team.",
@@ -106,6 +107,7 @@ void MACIBM_alert(const char* line1, const char* line2, const char* line3,
         int_to_str(*(const int*)line4, number);
         fourth = number;
     }
+    if (alert_watcher) alert_watcher(line1, line2, line3, fourth, kind);
     int fatal = kind == alert_fatal || kind == alert_fatal_number;
     log_alert(line1, line2, line3, fourth);
     set_alert_lines(line1, line2, line3, fourth, kind);

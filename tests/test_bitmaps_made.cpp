@@ -1,7 +1,5 @@
 // The bitmaps that the build draws beside the program: files the reader takes,
-// atlas cells that hold the characters the font maps send there, terrain
-// textures whose grass lies where the derivation expects it, and panels whose
-// labels stand where the layout tables put them.
+// and atlas cells that hold the characters the font maps send there.
 #include "app/Panel_layout.h"
 #include "hl/Hl_graph.h"
 
@@ -57,9 +55,6 @@ int count(const bmp& b, int x1, int y1, int x2, int y2, F is)
 }
 
 bool inked(int p) { return p != key; }
-bool grass(int p) { return (p >> 8 & 0xFF) > (p >> 16) + 15 && (p >> 8 & 0xFF) > (p & 0xFF) + 15; }
-int grass_in_row(const bmp& b, int y) { return count(b, 0, y, b.w, y + 1, grass); }
-int grass_in_column(const bmp& b, int x) { return count(b, x, 0, x + 1, b.h, grass); }
 
 // Cells of an atlas are 6 by 22 texels, 21 to a row; column_shift moves them right.
 int cell_x(int cell, int column_shift = 0) { return (cell % 21 + column_shift) * 6; }
@@ -79,59 +74,8 @@ void expect_cell_holds_pattern(const bmp& atlas, int cell, int column_shift, int
     EXPECT_EQ(wrong, 0) << "character '" << char(c) << "' in cell " << cell << " shifted " << column_shift;
 }
 
-// The label's characters stand in the bitmap exactly where the table puts them:
-// every set pixel of each pattern has the one ink colour, and the glyph boxes
-// hold some other colour around it.
-void expect_label_drawn(const bmp& panel, const panel_label& l)
-{
-    const int s = l.scale, y = (int)l.y, width = ((int)std::strlen(l.text) * 6 - 1) * s;
-    int left = (int)(l.x < 0 ? l.x - 0.5f : l.x + 0.5f);
-    left -= l.align == align_right ? width : l.align == align_centre ? width / 2 : 0;
-    int ink = -1, off_ink = 0, wrong = 0;
-    for (int k = 0; l.text[k]; k++) {
-        const unsigned char* rows = glyph_rows(l.text[k]);
-        for (int r = 0; r < 7; r++)
-            for (int c = 0; c < 5 && l.text[k] != ' '; c++) {
-                const int p = at(panel, left + (6 * k + c) * s, y + (6 - r) * s);
-                if (!(rows[r] & (0x10 >> c))) off_ink += ink >= 0 && p != ink;
-                else if (ink < 0) ink = p;
-                else wrong += p != ink;
-            }
-    }
-    EXPECT_TRUE(ink >= 0 && off_ink > 0) << l.text;
-    EXPECT_EQ(wrong, 0) << "label \"" << l.text << "\" is not where its table puts it";
-}
 
 }  // namespace
-
-TEST(BitmapsMade, EveryFileIsOneTheReaderTakes)
-{
-    // Size as width * 1000 + height; 0: a terrain texture, loaded with a mipmap chain, so square.
-    std::vector<std::pair<std::string, int>> files = {
-        {"textures/interfacetext", 128128}, {"textures/interfacetext_alt", 128128}, {"textures/paneltext", 256256},
-        {"textures/interface/menuitems", 128032}, {"bitmaps/NRST", 800600}};
-    for (auto p : {"MAP", "OBS", "APT", "NAV"}) files.push_back({std::string("bitmaps/TileFrgr/TF_") + p, 800600});
-    for (auto t : {"wat", "grs", "mnt", "grs_wat_h", "grs_wat_c", "wat_grs_c", "grs_mnt_h", "grs_mnt_c", "mnt_grs_c"})
-        files.push_back({std::string("textures/terrain/") + t, 0});
-    for (const auto& [name, size] : files) {
-        SCOPED_TRACE(name);
-        bmp b = load(name);
-        ASSERT_GE(b.bytes.size(), 54u) << "missing or cut short";
-        // "BM", 24 bits a pixel, not compressed, the pixels from byte 54 as the reader takes them.
-        EXPECT_TRUE(field(b, 0, 2) == 0x4D42u && field(b, 28, 2) == 24u && field(b, 30, 4) == 0u);
-        EXPECT_EQ(field(b, 10, 4), 54u);
-        EXPECT_EQ(b.bytes.size(), 54 + (size_t)((b.w * 3 + 3) & ~3) * b.h);
-        if (size) EXPECT_EQ(b.w * 1000 + b.h, size);
-        else EXPECT_TRUE(b.w == b.h && b.w >= 64) << b.w << " by " << b.h;
-        // A panel has no keyed pixel, which would show the frame before; a
-        // texture's sides are powers of 2, and it is read into a scratch area
-        // of 1920000 bytes, four a pixel when keyed.
-        if (size == 800600)
-            EXPECT_EQ(count(b, 0, 0, b.w, b.h, inked), b.w * b.h);
-        else
-            EXPECT_TRUE((b.w & (b.w - 1)) == 0 && (b.h & (b.h - 1)) == 0 && b.w * b.h * 4 < 1920000);
-    }
-}
 
 TEST(BitmapsMade, AtlasCellsHoldTheGlyphsTheMapsSendThere)
 {
@@ -167,62 +111,4 @@ TEST(BitmapsMade, AtlasCellsHoldTheGlyphsTheMapsSendThere)
     EXPECT_EQ(count(inter, knob[0], knob[1], knob[2], knob[3], inked), (knob[2] - knob[0]) * (knob[3] - knob[1]));
     EXPECT_TRUE(inked(at(inter, arrow[0], arrow[3] - 1)));
     EXPECT_TRUE(arrow_ink > 60 && arrow_ink < (arrow[2] - arrow[0]) * (arrow[3] - arrow[1]) * 2 / 3) << arrow_ink;
-}
-
-// Cells turned and mirrored by the derivation meet edge to edge, so the grass
-// band must cross every edge at the same distance from the corner.
-TEST(BitmapsMade, GrassLiesWhereTheTextureTableExpectsItAndShoresMeet)
-{
-    for (const char* kind : {"wat", "mnt"}) {
-        SCOPED_TRACE(kind);
-        bmp half = load(std::string("textures/terrain/grs_") + kind + "_h");
-        bmp corner = load(std::string("textures/terrain/grs_") + kind + "_c");
-        bmp inside = load(std::string("textures/terrain/") + kind + "_grs_c");
-        bmp plain = load(std::string("textures/terrain/") + kind);
-        ASSERT_GT(half.w * corner.w * inside.w * plain.w, 0);
-        // Grass along s = 0 of the half; along s = 0 and t = 1 of the corner;
-        // only in the corner s = 1, t = 0 of the inside corner; none in the plain one.
-        EXPECT_EQ(grass_in_column(half, 0) - grass_in_column(half, half.w - 1), half.h);   // all and none
-        EXPECT_EQ(grass_in_column(corner, 0) + grass_in_row(corner, corner.h - 1), corner.h + corner.w);
-        EXPECT_EQ(grass_in_column(inside, 0) + grass_in_row(inside, inside.h - 1), 0);
-        EXPECT_EQ(count(plain, 0, 0, plain.w, plain.h, grass), 0);
-        const int band = grass_in_row(half, 0);
-        EXPECT_TRUE(band > half.w / 8 && band < half.w / 2) << band;
-        const int edges[5] = {grass_in_row(half, half.h - 1), grass_in_row(corner, 0), grass_in_row(inside, 0),
-                              grass_in_column(corner, corner.w - 1), grass_in_column(inside, inside.w - 1)};
-        for (int e : edges) EXPECT_EQ(e, band);
-        for (int x = 0; x < band; x++) EXPECT_TRUE(grass(at(half, x, 0)) && grass(at(inside, inside.w - 1 - x, 0)));
-    }
-    bmp g = load("textures/terrain/grs");
-    EXPECT_EQ(count(g, 0, 0, g.w, g.h, grass), g.w * g.h);
-}
-
-TEST(BitmapsMade, PanelsKeepTheirPlainAreasPlain)
-{
-    // Areas the program draws over live are all of one colour, corners included.
-    auto odd_pixels = [](const bmp& b, int x1, int y1, int x2, int y2) {
-        return count(b, x1, y1, x2 + 1, y2 + 1, [&](int p) { return p != at(b, x1, y1); });
-    };
-    for (const char* name : {"bitmaps/TileFrgr/TF_MAP", "bitmaps/TileFrgr/TF_OBS"})
-        EXPECT_EQ(odd_pixels(load(name), (int)map_x1, (int)map_y1, (int)map_x2, (int)map_y2), 0) << name;
-    bmp splash = load("bitmaps/NRST");
-    EXPECT_EQ(odd_pixels(splash, 10, 20, 310, 186), 0) << "the splash's text box";
-    EXPECT_EQ(odd_pixels(splash, 11, 7, 604, 13), 0) << "the progress slots";
-}
-
-TEST(PanelLayout, LabelsStandWhereTheTablesSay)
-{
-    const struct { const char* bitmap; const panel_label* labels; int count, readout; } panels[] = {
-        {"bitmaps/TileFrgr/TF_MAP", ter_labels, label_count(ter_labels), 1},
-        {"bitmaps/TileFrgr/TF_OBS", obs_labels, label_count(obs_labels), 1},
-        {"bitmaps/TileFrgr/TF_APT", apt_labels, label_count(apt_labels), 0},
-        {"bitmaps/TileFrgr/TF_NAV", nav_labels, label_count(nav_labels), 0}};
-    for (const auto& p : panels) {
-        SCOPED_TRACE(p.bitmap);
-        bmp b = load(p.bitmap);
-        ASSERT_EQ(b.w, 800);
-        for (int k = 0; k < p.count; k++) expect_label_drawn(b, p.labels[k]);
-        if (p.readout)
-            for (const panel_label& l : readout_labels) expect_label_drawn(b, l);
-    }
 }

@@ -89,39 +89,6 @@ TEST(Codes, IdentifierCharacters)
     for (char c : {'a', '/', '[', '\0'}) EXPECT_EQ(char_to_code(c), 1) << (int)c;
 }
 
-TEST(Codes, NegativeTerrainCodeDecodes)
-{
-    // Each digit step fires once, in turn, so the smallest one that fits is
-    // stored last; no digit leaves the cell as it was. The most negative int
-    // still counts as water with every digit.
-    const struct { int code; unsigned int water_tex; int orientation; } cases[] = {
-        {-142054, 12054, st_r0}, {-10054, 54, st_r3}, {-2054, 2054, -2}, {-170050, 10050, st_r1},
-        {INT_MIN, 10000u + 2147483648u - 200000u, st_r3}};
-    for (const auto& c : cases) {
-        Vertex v = decoded(c.code);
-        EXPECT_EQ(v.water * 10000 + v.tex, c.water_tex) << c.code;
-        EXPECT_EQ(orientation_of(v.st), c.orientation) << c.code;
-    }
-}
-
-TEST(Codes, FlagTerrainCodeDecodes)
-{
-    Vertex v = decoded(0x400);
-    EXPECT_EQ(v.water * 10000 + v.tex, 2001u);
-    EXPECT_EQ(orientation_of(v.st), -2);
-    EXPECT_EQ(decoded(0x200).tex, 2000u);
-    EXPECT_EQ(decoded(0x10000000 | 0x400).tex, 2001u);   // the lowest flag is taken last
-    EXPECT_EQ(decoded(0).tex, 0u);
-    EXPECT_EQ(decoded(0x02).water, 1);
-    EXPECT_EQ(decoded(0x10 | 0x08 | 0x01).water, 0);
-    EXPECT_EQ(orientation_of(decoded(0x100).st), st_r3);
-    EXPECT_EQ(orientation_of(decoded(0x20).st), st_r0);
-    EXPECT_EQ(orientation_of(decoded(0x100 | 0x20).st), st_r0);
-    v = decoded(0x800 | 0x80 | 0x04);
-    EXPECT_EQ(v.water * 10000 + v.tex, 12002u);
-    EXPECT_EQ(orientation_of(v.st), st_r2);
-}
-
 TEST(Codes, TerrainCodeEncodesTheSValues)
 {
     EXPECT_EQ(encoded(0, st_r0, 54), -40054);

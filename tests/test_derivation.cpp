@@ -1,5 +1,5 @@
 // Derivation of the ground textures of a tile and their orientation from the
-// water flags, the elevations and the custom cells.
+// water flags: plain tiles, shores, and the inside corners of a grass cell.
 #include "hl/Hl_funct.h"
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
@@ -74,23 +74,6 @@ int all_cells_are(unsigned int tex)
     return 1;
 }
 
-// A lone block at a lattice position, made steep by its east vertex only.
-const int bi = 21, bj = 31;
-
-void make_steep(int i, int j) { planey[i + 1][j] = 1000.0f; }
-
-// The texture of all four cells of the block at (bi, bj) after laying a flat
-// grass tile, changing it and deriving; 0 when they differ. A mountain block
-// in grass ends as its four corner pieces, 56.
-template <typename F>
-unsigned int block_after(F change)
-{
-    derive_on(0, change);
-    const unsigned int t = planetex[bi][bj];
-    const int same = planetex[bi][bj + 1] == t && planetex[bi + 1][bj] == t && planetex[bi + 1][bj + 1] == t;
-    return same ? t : 0;
-}
-
 class Derivation : public ::testing::Test {
 protected:
     void SetUp() override
@@ -140,139 +123,4 @@ TEST_F(Derivation, OneGrassCellInWaterShowsEveryEdgeAndInsideCorner)
     // Grass W and N and at the SE diagonal: rule 1 holds, then rule 11 overrides it.
     derive_on(1, [] { is_water[9][10] = is_water[10][11] = is_water[11][9] = 0; });
     expect_cells({{10, 10, 53, st_r0}});
-}
-
-TEST_F(Derivation, CustomCellsAreNeitherGrassNorCoast)
-{
-    // A custom cell in the shore column stops the edge of its neighbours.
-    derive_on(0, [] {
-        set_water(20, 58, 0, 78, 1);
-        set_orientation(20, 40, st_r2, 2005);
-    });
-    expect_cells({{20, 40, 2005, st_r2}, {20, 41, 50, st_r0}, {20, 39, 50, st_r0}, {20, 42, 51, st_r0}});
-    // A custom cell in place of the grass makes no edge; painting default over
-    // it gives it back to the derivation.
-    derive_on(0, [] {
-        set_water(20, 58, 0, 78, 1);
-        planetex[19][40] = 2006;
-    });
-    expect_cells({{20, 40, 50, st_r0}});
-    planetex[19][40] = 0;
-    derive();
-    expect_cells({{20, 40, 51, st_r0}, {19, 40, 54, st_r0}});
-}
-
-TEST_F(Derivation, SteepBlockBecomesMountainWithCorners)
-{
-    derive_on(0, [] { make_steep(bi, bj); });
-    expect_cells({{bi, bj, 56, st_flip_t}, {bi, bj + 1, 56, st_r0}, {bi + 1, bj, 56, st_swap},
-                  {bi + 1, bj + 1, 56, st_flip_s}, {bi - 1, bj, 54, st_r0}, {bi + 2, bj + 1, 54, st_r0}});
-    // Three blocks in an L: the cell in the bend has grass at one diagonal
-    // only; north of the one below it and east of the one left of it, grass.
-    derive_on(0, [] {
-        make_steep(bi, bj);
-        make_steep(bi + 2, bj);
-        make_steep(bi, bj + 2);
-    });
-    expect_cells({{bi + 1, bj + 1, 57, st_r3}, {bi + 2, bj + 1, 55, st_r1}, {bi + 1, bj + 2, 55, st_r2},
-                  {bi + 3, bj + 1, 56, st_flip_s}});
-    // A custom cell in a block stays custom; painted back to default, it
-    // takes its place in the mountain again.
-    derive_on(0, [] {
-        make_steep(bi, bj);
-        set_orientation(bi, bj + 1, st_r2, 2005);
-    });
-    expect_cells({{bi, bj + 1, 2005, st_r2}, {bi + 1, bj + 1, 56, st_flip_s}});
-    planetex[bi][bj + 1] = 0;
-    derive();
-    expect_cells({{bi, bj + 1, 56, st_r0}});
-}
-
-TEST_F(Derivation, MountainsStayOffTheTileEdges)
-{
-    // Every block steep: only cells 1 to 56 by 1 to 76 lie in blocks.
-    for (int i = 0; i < grid_ni; i++)
-        for (int j = 0; j < grid_nj; j++) planey[i][j] = j * 1000.0f;
-    derive();
-    expect_cells({{0, 0, 54, st_r0}, {0, 78, 54, st_r0}, {57, 40, 54, st_r0}, {30, 0, 54, st_r0},
-                  {30, 77, 54, st_r0}, {58, 77, 54, st_r0}, {1, 40, 55, st_r0}, {30, 76, 55, st_r1},
-                  {56, 76, 56, st_flip_s}, {30, 40, 58, st_r0}});
-}
-
-TEST_F(Derivation, SlopeIsTakenAtTheSouthWestVertex)
-{
-    // Distances of the block, formed as the derivation forms them.
-    const float dist_n = (planelat[bi][bj + 1] - planelat[bi][bj]) * 60.0f * con.nm_to_m;
-    const float dist_e = (planelon[bi + 1][bj] - planelon[bi][bj]) * 60.0f * con.nm_to_m *
-                         std::cos(planelat[bi][bj] * con.deg_to_rad);
-    // The limit 0.1 is a double: the float nearest to it lies above it, the
-    // float below it under it. Rises whose single-precision quotient by the
-    // distance is exactly the one or the other:
-    const float at_limit = 0.1f, below_limit = std::nextafter(at_limit, 0.0f);
-    auto rise_giving = [&](float slope) {
-        float rise = slope * dist_n;
-        for (int step = 0; step < 16 && rise / dist_n != slope; step++)
-            rise = std::nextafter(rise, rise / dist_n < slope ? INFINITY : 0.0f);
-        return rise;
-    };
-    const float rise_at = rise_giving(at_limit), rise_below = rise_giving(below_limit);
-    ASSERT_TRUE(rise_at / dist_n == at_limit && rise_below / dist_n == below_limit);
-
-    EXPECT_EQ(block_after([&] { planey[bi][bj + 1] = rise_at; }), 56u);
-    EXPECT_EQ(block_after([&] { planey[bi][bj + 1] = rise_below; }), 54u);
-    EXPECT_EQ(block_after([&] { planey[bi][bj] = rise_at; }), 56u);   // a fall counts as a rise
-    // The east distance shrinks with the cosine of the latitude.
-    EXPECT_EQ(block_after([&] { planey[bi + 1][bj] = 0.105f * dist_e; }), 56u);
-    EXPECT_EQ(block_after([&] { planey[bi + 1][bj] = 0.095f * dist_e; }), 54u);
-    // The two slopes are added: 0.06 and 0.06 make a mountain, though
-    // combined as a vector they would stay below the limit.
-    EXPECT_EQ(block_after([&] { planey[bi + 1][bj] = 0.06f * dist_e, planey[bi][bj + 1] = 0.06f * dist_n; }), 56u);
-    // Only the south-west vertex and its east and north neighbours count.
-    EXPECT_EQ(block_after([&] { planey[bi + 1][bj + 1] = 1000.0f; }), 54u);
-    // Two vertices on one longitude: a rise over no distance is steep, no rise
-    // over no distance is not.
-    EXPECT_EQ(block_after([&] { planelon[bi + 1][bj] = planelon[bi][bj], planey[bi + 1][bj] = 5.0f; }), 56u);
-    EXPECT_EQ(block_after([&] { planelon[bi + 1][bj] = planelon[bi][bj]; }), 54u);
-}
-
-TEST_F(Derivation, WaterNearABlockKeepsItLand)
-{
-    // Inside the ring of one cell around the block, on either side; then two cells away.
-    const int near[2][2] = {{bi - 1, bj}, {bi + 2, bj + 2}}, far[2][2] = {{bi - 2, bj}, {bi, bj + 3}};
-    for (const auto& at : near)
-        EXPECT_EQ(block_after([&] { make_steep(bi, bj); is_water[at[0]][at[1]] = 1; }), 54u) << at[0] << "," << at[1];
-    for (const auto& at : far) {
-        block_after([&] { make_steep(bi, bj); is_water[at[0]][at[1]] = 1; });
-        EXPECT_TRUE(planetex[bi][bj + 1] == 56 && planetex[bi + 1][bj] == 56) << at[0] << ", " << at[1];
-    }
-}
-
-TEST_F(Derivation, ResultDependsOnlyOnTheUsersData)
-{
-    // A rough coast with hills inland and a custom cell.
-    for (int i = 0; i < grid_ni; i++)
-        for (int j = 0; j < grid_nj; j++) {
-            is_water[i][j] = i + (i * j * 7 + j) % 5 < 27;
-            planey[i][j] = i > 35 ? 400.0f * ((i * 3 + j * j) % 3) : 0.0f;
-        }
-    set_orientation(40, 40, st_r1, 2001);
-    derive();
-    static unsigned int first_tex[grid_ni][grid_nj];
-    static float first_st[grid_ni][grid_nj][2][2][2];
-    std::memcpy(first_tex, planetex, sizeof planetex);
-    std::memcpy(first_st, planest, sizeof planest);
-    int edges = 0, mountains = 0;
-    // Whatever stock ids and orientations stand before the run make no difference.
-    for (int i = 0; i < grid_i; i++)
-        for (int j = 0; j < grid_j; j++) {
-            edges += planetex[i][j] >= 51 && planetex[i][j] <= 53;
-            mountains += planetex[i][j] >= 55 && planetex[i][j] <= 58;
-            if (planetex[i][j] >= 2000) continue;
-            planetex[i][j] = (i * 7 + j) % 60;
-            for (int k = 0; k < 8; k++) (&planest[i][j][0][0][0])[k] = (float)((i + j + k) % 3);
-        }
-    ASSERT_TRUE(edges > 100 && mountains > 50) << edges << " " << mountains;
-    derive();
-    EXPECT_EQ(std::memcmp(first_tex, planetex, sizeof planetex), 0);
-    EXPECT_EQ(std::memcmp(first_st, planest, sizeof planest), 0);
 }

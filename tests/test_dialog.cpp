@@ -59,48 +59,6 @@ TEST_F(DialogList, ScanFiltersThenSortsCapitalsFirstWithFoldersAmongFiles)
     EXPECT_EQ(listed(157), strings{});   // a folder that can't be listed
 }
 
-TEST_F(DialogList, OnlyAPlainFolderCountsAsAFolder)
-{
-    subfolder("open");
-    subfolder("locked", 0555);   // the owner may not write to it
-    subfolder(".hidden");
-    file("plain");
-    file(".dotfile.bmp");
-    EXPECT_EQ(listed(157), (strings{".dotfile.bmp", ".hidden", "locked", "open", "plain"}));
-    EXPECT_EQ(folder_flags(), (std::vector<int>{0, 0, 0, 1, 0}));
-    // As files, they must pass the extension test like any other file.
-    EXPECT_EQ(listed(151), (strings{".dotfile.bmp", "open"}));
-}
-
-TEST_F(DialogList, ScanHoldsAtMost200ItemsAndRefusedOnesTakeNoSlot)
-{
-    for (int k = 100; k < 350; k++) file("t" + std::to_string(k) + ".txt");
-    file("late.bmp");
-    file("LATE.BMP");
-    EXPECT_EQ(listed(151), (strings{"LATE.BMP", "late.bmp"}));
-    EXPECT_EQ(listed(157).size(), 200u);
-}
-
-// Names of more than 31 characters and paths of more than 499 are skipped; a
-// folder also needs room for the separator that entering it adds.
-TEST_F(DialogList, EntriesThatDoNotFitTheRecordsAreSkipped)
-{
-    file(std::string(31, 'a'));
-    file(std::string(32, 'b'));
-    EXPECT_EQ(listed(157), (strings{std::string(31, 'a')}));
-
-    // A folder 470 characters long, closing separator included.
-    std::string deep = folder;
-    while (deep.size() < 470) deep += std::string(std::min<size_t>(100, 470 - deep.size()) - 1, 'd') + "/";
-    std::filesystem::create_directories(deep);
-    C_to_C(deep.c_str(), wrk_path);
-    const std::string file29(29, 'f'), file30(30, 'g'), folder28(28, 'h'), folder29(29, 'k');
-    for (const std::string& f : {file29, file30}) write_file(deep.substr(root.size()) + f, "x");
-    for (const std::string& f : {folder28, folder29}) ASSERT_EQ(mkdir((deep + f).c_str(), 0755), 0);
-    EXPECT_EQ(listed(157), (strings{file29, folder28}));
-    EXPECT_EQ(std::string(g_path[0]).size(), 499u);
-}
-
 // The three tables move together; a name that begins above 0x7F is a wall
 // that the sort leaves in place and that nothing passes.
 TEST_F(DialogList, SortMovesRecordsTogetherAndStopsAtHighBytes)

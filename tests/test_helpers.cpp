@@ -17,37 +17,6 @@ TEST(Helpers, RangeTestsIncludeBothEndsAndRejectNaN)
     EXPECT_EQ(fltbox(1.001f, 0.5f, 0, 0, 1, 1), 0);
 }
 
-TEST(Helpers, WrapsGoOneStepOnly)
-{
-    EXPECT_EQ(intwrap(37, 1, 36), 1);
-    EXPECT_EQ(intwrap(0, 1, 36), 36);
-    EXPECT_EQ(intwrap(-1, 1, 36), 35);
-    EXPECT_EQ(intwrap(74, 1, 36), 38);
-    EXPECT_FLOAT_EQ(fltwrap(-90, 0, 360), 270);
-    EXPECT_FLOAT_EQ(fltwrap(725, 0, 360), 365);
-    EXPECT_FLOAT_EQ(fltwrap(360, 0, 360), 360);
-    EXPECT_EQ(intlim(-3, 0, 58), 0);
-    EXPECT_EQ(intlim(59, 0, 58), 58);
-    EXPECT_FLOAT_EQ(fltlim(0.5f, -0.9999f, 0.9999f), 0.5f);
-}
-
-TEST(Helpers, RoundingGoesHalfAwayFromZero)
-{
-    EXPECT_EQ(intround(0.5f), 1);
-    EXPECT_EQ(intround(-0.5f), -1);
-    EXPECT_EQ(intround(0.49f), 0);
-    EXPECT_EQ(intround(2.5f), 3);
-    EXPECT_EQ(intround(-2.5f), -3);
-}
-
-TEST(Helpers, InterpolationClampsUnlessAskedToExtrapolate)
-{
-    EXPECT_FLOAT_EQ(interp(3, 10, 3, 20, 99, 0), 15);   // no division by zero
-    EXPECT_FLOAT_EQ(interp(0, 33, 79, 34, 79, 1), 34);
-    EXPECT_FLOAT_EQ(interp(0, 10, 1, 0, 2, 0), 0);
-    EXPECT_FLOAT_EQ(interp(0, 10, 1, 0, 2, 1), -10);
-}
-
 TEST(Helpers, EdgeTestOfAClockwiseRegion)
 {
     // A square with y pointing down, corners clockwise: (0,0) (10,0) (10,10) (0,10).
@@ -89,24 +58,4 @@ TEST(Helpers, NumbersAndCharacters)
     }
     int_to_str(1234567, out);   // beyond the range the top digit becomes '0'
     EXPECT_STREQ(out, "034567");
-}
-
-TEST(Helpers, TextCopiesSwapsAndJoins)
-{
-    char a[500] = "alpha", b[500] = "beta", d[500] = "";
-    str_switch(a, b);
-    EXPECT_STREQ(a, "beta");
-    EXPECT_STREQ(b, "alpha");
-    C_plus_C(a, "/x", d);
-    EXPECT_STREQ(d, "beta/x");
-    C_plus_C("pre-", d, d);   // the destination may be one of the sources
-    EXPECT_STREQ(d, "pre-beta/x");
-    app_C(d, "!");
-    EXPECT_STREQ(d, "pre-beta/x!");
-    C_to_C(nullptr, d);
-    EXPECT_STREQ(d, "pre-beta/x!");
-    int p = 1, q = 2;
-    bol_switch(&p, &q);
-    EXPECT_EQ(p, 2);
-    EXPECT_EQ(q, 1);
 }

@@ -15,22 +15,6 @@ protected:
     }
 };
 
-TEST_F(Keys, CharactersOfTheKeyCodes)
-{
-    EXPECT_EQ(key_character('M', 0), 'm');
-    EXPECT_EQ(key_character('M', 1), 'M');
-    EXPECT_EQ(key_character('1', 1), '!');
-    EXPECT_EQ(key_character('0', 1), ')');
-    EXPECT_EQ(key_character('7', 0), '7');
-    EXPECT_EQ(key_character(0xBD, 0), '-');
-    EXPECT_EQ(key_character(0xBB, 1), '+');
-    EXPECT_EQ(key_character(0xDC, 0), '\\');
-    EXPECT_EQ(key_character(0xDC, 1), '|');
-    EXPECT_EQ(key_character(0xC0, 1), '~');
-    EXPECT_EQ(key_character(0x20, 0), ' ');
-    EXPECT_EQ(key_character(0x70, 0), 'p');   // F1 has no glyph: its code goes in as it is
-}
-
 TEST_F(Keys, KeysRunTheirCommandsOnTheMapScreens)
 {
     MACIBM_handlekey(0x26);   // arrow up
@@ -76,65 +60,4 @@ TEST_F(Keys, TypingEditsTheSelectedName)
     nav_name[0][0] = 0;
     MACIBM_handlekey(0x08);   // Backspace on an empty name
     EXPECT_STREQ(nav_name[0], "");
-}
-
-TEST_F(Keys, FullNameLeavesTheNextRowAlone)
-{
-    msc.screen = 203;
-    msc.nav_sel = 7;
-    std::string full(39, 'N');
-    C_to_C(full.c_str(), nav_name[7]);
-    C_to_C("next", nav_name[8]);
-    MACIBM_handlekey('X');
-    EXPECT_EQ(std::string(nav_name[7]), full);
-    EXPECT_STREQ(nav_name[8], "next");
-}
-
-TEST_F(Keys, SaveDialogTakesKeysAsTextOnly)
-{
-    mnw.win_id = 999;
-    MACIBM_handlekey(0xBB);
-    EXPECT_FLOAT_EQ(msc.map_zoom, 1.0f);
-    mnw.win_id = 996;   // an alert lets commands by key through
-    MACIBM_handlekey(0xBB);
-    EXPECT_FLOAT_EQ(msc.map_zoom, 1.2f);
-}
-
-TEST_F(Keys, EditingCommandsOnlyOnTheMapScreens)
-{
-    std::memset(is_water, 0, sizeof is_water);
-    is_water[3][3] = 1;
-    for (int screen : {202, 203}) {
-        msc.screen = screen;
-        planey[3][3] = 10, planey[3][4] = 10, planey[4][3] = 10, planey[4][4] = 12;
-        APPLICATION_handlemenu(cmd_flatten_water);
-        APPLICATION_handlemenu(cmd_toggle_overlay);
-        EXPECT_FLOAT_EQ(planey[4][4], 12);
-        EXPECT_EQ(msc.show_tex, 0);
-    }
-    msc.screen = 201;
-    APPLICATION_handlemenu(cmd_flatten_water);
-    EXPECT_FLOAT_EQ(planey[4][4], 10);
-    APPLICATION_handlemenu(103);   // unknown ids do nothing
-    APPLICATION_handlemenu(306);
-    EXPECT_EQ(msc.screen, 201);
-}
-
-TEST_F(Keys, SaveCommandWritesWhateverTheDirtyFlagSays)
-{
-    msc.ter_dirty = 0;
-    APPLICATION_handlemenu(cmd_save_tile);
-    EXPECT_EQ(read_file("additional nav data/Earth/+030-120/+033-119.env").size(), 5u + 76800 + 4 + 20000);
-}
-
-TEST_F(Keys, QuitWritesThePreferencesAndEndsTheLoop)
-{
-    C_plus_C(app_path, "prefs/Norvane Tile-Forger.prf", gen_path);
-    msc.lon = -71;
-    gdone = 0;
-    APPLICATION_handlemenu(cmd_quit);
-    EXPECT_EQ(gdone, 1);
-    std::string prefs = read_file("prefs/Norvane Tile-Forger.prf");
-    EXPECT_EQ(prefs.rfind("I\r\n543 version\r\n33", 0), 0u) << prefs;
-    EXPECT_NE(prefs.find("\r\n-71"), std::string::npos);
 }

@@ -11,13 +11,6 @@ protected:
     }
 };
 
-TEST_F(Prefs, FirstRunKeepsTheDefaults)
-{
-    EXPECT_EQ(handle_prefs(0, 5, path), 0);
-    EXPECT_FLOAT_EQ(msc.lat, 33);
-    EXPECT_EQ(msc.screen, 200);
-}
-
 TEST_F(Prefs, WrittenPlaceReadsBackAndTheFolderIsMade)
 {
     msc.lat = -34;
@@ -35,13 +28,6 @@ TEST_F(Prefs, WrittenPlaceReadsBackAndTheFolderIsMade)
     EXPECT_EQ(msc.screen, 203);
     EXPECT_EQ(msc.apt_sel, 17);
     EXPECT_EQ(msc.nav_sel, 4);
-}
-
-TEST_F(Prefs, OtherVersionIsIgnored)
-{
-    write_file("config/Norvane/Norvane Tile-Forger.prf", "I\r\n554 version\r\n12\r\n13\r\n1\r\n201\r\n0\r\n0\r\n");
-    EXPECT_EQ(handle_prefs(0, 5, path), 0);
-    EXPECT_FLOAT_EQ(msc.lat, 33);
 }
 
 TEST_F(Prefs, DisplayFileNeedsAllFourValues)

@@ -7,6 +7,8 @@
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
 
+#include "alert_watch.h"
+
 #include <gtest/gtest.h>
 #include <string>
 
@@ -25,7 +27,3 @@ protected:
     // A database file with the given record lines, CR LF line ends and the head.
     static std::string database(const std::string& head_text, const std::string& body);
 };
-
-// Fatal alerts end the process with status 0 after writing their log line.
-#define EXPECT_FATAL_ALERT(statement, stderr_regex) \
-    EXPECT_EXIT(statement, ::testing::ExitedWithCode(0), stderr_regex)

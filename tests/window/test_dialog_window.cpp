@@ -132,20 +132,6 @@ protected:
 
 using seen = std::vector<std::string>;
 
-TEST_F(DialogLoop, UpALevelStopsAtTheStartFolderAndCancelKeepsTheBuffers)
-{
-    // Return closes only a save dialog; up at the start folder already; into
-    // Sub, by the 3 units above the first row that give item 0 at the top, and
-    // Deeper, an empty list; the up zone's far and near corners; just
-    // outside it, just above Cancel and Cancel's far corner.
-    EXPECT_EQ(run(win_open_dialog, {{'k', 0, 0, 0x0D}, {'c', up_x, up_y}, {'c', list_x, 440},
-                                    {'c', list_x, row0_y}, {'c', list_x, row0_y}, {'c', 310, 461}, {'c', 10, 447},
-                                    {'c', 311, up_y}, {'c', 10, 483}, {'c', 310, 482}}), 0);
-    EXPECT_EQ(std::string(name) + " " + path, "keep.bmp keep/path");
-    EXPECT_EQ(after, (seen{"./ 0 61", "./ 0 61", "./Sub/ 0 2", "./Sub/Deeper/ 0 0", "./Sub/Deeper/ 0 0", "./Sub/ 0 2",
-                           "./ 0 61", "./ 0 61", "./ 0 61"}));
-}
-
 TEST_F(DialogLoop, StripScrollsWhileHeldAnywhereRowsAreTenHighAndClicksBelowTheLastItemDoNothing)
 {
     // Held: half way, then off the strip and past the end; released, a move
@@ -171,6 +157,9 @@ TEST_F(DialogLoop, StripScrollsWhileHeldAnywhereRowsAreTenHighAndClicksBelowTheL
         EXPECT_EQ(run(win_open_dialog, {{'c', strip_x, p.strip_y}, {'c', list_x, p.y}}), 1) << p.y;
         EXPECT_EQ(std::string(name) + " " + path, p.chosen + " " + start_folder + p.chosen) << p.y;
     }
+    // The strip's own edges: its bottom at window y 34 takes a click, 441 above its top does not.
+    EXPECT_EQ(run(win_open_dialog, {{'c', strip_x, 34}, {'c', strip_x, 441}, {'c', cancel_x, cancel_y}}), 0);
+    EXPECT_EQ(after, (seen{"./ 60 61", "./ 60 61"}));
 }
 
 // The save dialog takes the typed name with Return; a click on a file does
@@ -257,6 +246,9 @@ TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLi
     // The knob's face at the top of the strip for the first item, window y
     // 434 - 7, at the bottom for the last.
     EXPECT_EQ(coloured(67, 543, 485, 1, 1).size(), 1u);
+    // Its double bevel: two light columns on the left, two dark on the right.
+    EXPECT_EQ(coloured(65, 537, 481, 2, 8), rect_pixels(537, 481, 2, 8));
+    EXPECT_EQ(coloured(69, 548, 481, 2, 8), rect_pixels(548, 481, 2, 8));
     draw(win_open_dialog, ftype_ter_tex, {{"Sub", 1}, {"a.bmp", 0}, {"zz", 1}}, 2);
     EXPECT_EQ(coloured(67, 543, 93, 1, 1).size(), 1u);
 

@@ -4,7 +4,7 @@
 // driven with xdotool and read back pixel by pixel from the screen.
 //
 // Places are canvas units, y up from the bottom; under an 800 by 600 screen a
-// unit is a pixel. Set TF_FLOW_SHOTS to a folder to keep a screenshot of each step.
+// unit is a pixel. A failed flow keeps its folder with a screenshot of the end.
 #include "app/Panel_layout.h"
 #include "bitmap_files.h"
 #include "hl/Hl_graph.h"
@@ -21,6 +21,7 @@
 #include <functional>
 #include <poll.h>
 #include <signal.h>
+#include <sstream>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -40,7 +41,7 @@ struct flow_run {
     Display* x;
     Window window;
     std::string panel;   // the bytes of TF_MAP.BMP as the program reads it
-    int shots;
+    std::vector<std::string> expected_alerts;   // first lines of the alerts the flow means to raise
 };
 static flow_run run;
 
@@ -57,15 +58,6 @@ static bool eventually(const std::function<bool()>& holds, int ms = 15000)
     for (int waited = 0; waited < ms; waited += 20, usleep(20000))
         if (holds()) return true;
     return holds();
-}
-
-static void shot(const char* name)
-{
-    const char* folder = std::getenv("TF_FLOW_SHOTS");
-    if (!folder) return;
-    const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
-    output_of("DISPLAY=" + run.display + " import -window root '" + folder + "/" + test + "_" +
-              std::to_string(++run.shots) + "_" + name + ".png'");
 }
 
 static void start_display()
@@ -294,7 +286,6 @@ static void open_tile(int sign)
 static void answer_prompt(canvas_point button)
 {
     ASSERT_TRUE(eventually(prompt_up)) << "no save prompt";
-    shot("prompt");
     click(button);
     ASSERT_TRUE(eventually([] { return !prompt_up(); })) << "the save prompt stayed";
 }
@@ -327,7 +318,25 @@ static void start_program()
     run.window = find_program_window(run.program, run.display);
     ASSERT_NE(run.window, 0ul) << "no window of the program appeared";
     ASSERT_TRUE(eventually([] { return off_panel(24, 420, 160, 478) == 0; })) << "the terrain panel did not show";
-    shot("started");
+}
+
+static std::string error_log()
+{
+    std::ifstream log(in_dir("Error.out"));
+    return std::string((std::istreambuf_iterator<char>(log)), {});
+}
+
+// The program logs every alert; each must be one the flow announced.
+static void expect_only_announced_alerts()
+{
+    std::istringstream log(error_log());
+    const std::string head = "MACIBM_alert: ";
+    for (std::string line; std::getline(log, line);) {
+        if (line.rfind(head, 0) != 0) continue;
+        bool announced = false;
+        for (const std::string& first : run.expected_alerts) announced |= line.compare(head.size(), first.size(), first) == 0;
+        EXPECT_TRUE(announced) << "an alert the flow did not announce: " << line;
+    }
 }
 
 struct Flows : ::testing::Test {
@@ -342,6 +351,7 @@ struct Flows : ::testing::Test {
     }
     void TearDown() override
     {
+        expect_only_announced_alerts();
         if (HasFailure()) {
             output_of("DISPLAY=" + run.display + " import -window root " + in_dir("failure.png"));
             std::printf("kept for a look: %s\n", run.dir.c_str());
@@ -359,121 +369,43 @@ struct Flows : ::testing::Test {
 
 // ---- the flows ---------------------------------------------------------------------------------------
 
-TEST_F(Flows, StartShowsTheTerrainPanelAndTheDefaultTileOnWater)
+// Start, move between tiles, edit one, save it, and find it again on disk and
+// on the map; back on the sample tile all is as it was.
+TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
 {
     ASSERT_FALSE(fs::exists(in_dir("config/Norvane")));
     start_program();
     XWindowAttributes a;
     ASSERT_TRUE(XGetWindowAttributes(run.x, run.window, &a));
-    EXPECT_EQ(a.x, 0);
-    EXPECT_EQ(a.y, 0);
-    EXPECT_EQ(a.width, 800);
-    EXPECT_EQ(a.height, 600);
+    EXPECT_TRUE(a.x == 0 && a.y == 0 && a.width == 800 && a.height == 600) << a.x << " " << a.y << " " << a.width;
     park();
     // Labels of the tools, the heading above them, the map east of the tile: the panel as drawn.
     EXPECT_EQ(off_panel(24, 262, 160, 340), 0);
-    EXPECT_EQ(off_panel(24, 420, 160, 478), 0);
     EXPECT_EQ(off_panel(700, 20, 790, 520), 0);
     // The open sea west of the sample tile's island, flat and dark blue.
     for (bmp_rgb p : grab(200, 200, 260, 260)) ASSERT_EQ(p, colour(col_water));
-}
-
-TEST_F(Flows, PlusZoomsMCyclesTheToolAndSpaceShowsTheTextures)
-{
-    start_program();
-    open_tile(1);   // the blank tile 34, -119: flat water everywhere
-    // The tile's east edge at y 300: x = 168 + (1 - pan) * 573 * zoom * cos(lat).
-    auto east_edge = [](float zoom, float pan) {
-        const float lat = 34 + (300 - map_y1) / (map_scale * zoom) + pan;
-        return (int)(map_x1 + (1 - pan) * map_scale * zoom * std::cos(lat * 0.017453293f));
-    };
-    const int edge1 = east_edge(1, 0), edge2 = east_edge(1.2f, 0.1f / 1.2f);
-    EXPECT_EQ(pixel(edge1 - 3, 300), colour(col_water));
-    EXPECT_TRUE(shows_panel(edge1 + 3, 300));
-    key("plus");
-    ASSERT_TRUE(eventually([&] { return pixel(edge2 - 3, 300) == colour(col_water); })) << "no zoom";
-    EXPECT_TRUE(shows_panel(edge2 + 3, 300));
-    shot("zoomed");
-
-    const std::vector<bmp_rgb> lit = lamp(0), unlit = lamp(1);
-    ASSERT_NE(lit, unlit);
-    key("m");
-    ASSERT_TRUE(eventually([&] { return lamp(1) == lit; })) << "tool 1 did not light";
-    EXPECT_EQ(lamp(0), unlit);
-
-    for (bmp_rgb p : grab(300, 200, 340, 240)) ASSERT_EQ(p, colour(col_water));
-    key("space");
-    auto textured = [] {
-        const std::vector<bmp_rgb> px = grab(300, 200, 340, 240);
-        for (bmp_rgb p : px)
-            if (p == colour(col_water)) return false;
-        return std::any_of(px.begin(), px.end(), [&](bmp_rgb p) { return p != px[0]; });
-    };
-    ASSERT_TRUE(eventually(textured)) << "the water texture did not show";
-    shot("textured");
-}
-
-TEST_F(Flows, LatitudeDigitOpensTheNeighbouringTileAndTheReadoutFollows)
-{
-    start_program();
-    park();
     const std::vector<bmp_rgb> digits33 = lat_digits(), readout33 = readout();
     const canvas_point island = place_of(33, -119, 30, 30);
     const bmp_rgb ground33 = pixel(island.x, island.y);
     ASSERT_NE(ground33, colour(col_water)) << "the sample tile has land here";
-    open_tile(1);
+
+    open_tile(1);   // the blank tile 34, -119: flat water everywhere
     EXPECT_NE(readout(), readout33);   // the mouse stands where it stood: one degree further north
     EXPECT_EQ(pixel(island.x, island.y), colour(col_water));
-    shot("tile34");
-    open_tile(-1);
-    EXPECT_EQ(lat_digits(), digits33);
-    EXPECT_EQ(readout(), readout33);
-    EXPECT_EQ(pixel(island.x, island.y), ground33);
-}
-
-TEST_F(Flows, CancelKeepsTheEditedTileAndDontSaveMovesOnWithoutAFile)
-{
-    start_program();
-    open_tile(1);
     const std::vector<bmp_rgb> digits34 = lat_digits();
     choose_tool(2);
     ASSERT_TRUE(press_cell_until_not_water(34, 20, 30)) << "the cell did not turn to land";
     const canvas_point cell = place_of(34, -119, 20.5f, 30.5f);
     const bmp_rgb land = pixel(cell.x, cell.y);
-
-    step_latitude(1);
-    answer_prompt(prompt_cancel);
-    park();
-    EXPECT_EQ(lat_digits(), digits34);
-    EXPECT_EQ(pixel(cell.x, cell.y), land);
-    EXPECT_FALSE(fs::exists(tile_file("+034-119.env")));
-
-    step_latitude(1);
-    answer_prompt(prompt_dont);
-    park();
-    EXPECT_NE(lat_digits(), digits34);
-    EXPECT_EQ(pixel(cell.x, cell.y), colour(col_water));
-    EXPECT_FALSE(fs::exists(tile_file("+034-119.env")));
-    EXPECT_FALSE(fs::exists(tile_file("+035-119.env")));
-}
-
-TEST_F(Flows, SaveWritesTheEditedTileByteForByte)
-{
-    fs::remove_all(in_dir("additional nav data/Earth/+030-120"));
-    fs::create_directories(in_dir("additional nav data/Earth/+030-120"));   // the editor makes no folders
-    start_program();
-    open_tile(1);
-    choose_tool(2);
-    ASSERT_TRUE(press_cell_until_not_water(34, 20, 30)) << "the cell did not turn to land";
     // Vertex (40, 20) dragged 2 units right and 2 up.
     choose_tool(0);
     const canvas_point from = place_of(34, -119, 40, 20), drop = {from.x + 2, from.y + 2};
     ASSERT_TRUE(drag(from, drop));
     park();
+
     step_latitude(1);
     answer_prompt(prompt_save);
     park();
-
     std::ifstream in(tile_file("+034-119.env"), std::ios::binary);
     const std::string b((std::istreambuf_iterator<char>(in)), {});
     ASSERT_EQ(b.size(), 5u + 76800 + 4 + 20000) << "no obstacles: the marker right behind the vertices";
@@ -486,26 +418,44 @@ TEST_F(Flows, SaveWritesTheEditedTileByteForByte)
     for (int j = 0; j < 80; j++)
         for (int i = 0; i < 60; i++) {
             const size_t at = 5 + 16 * (j * 60 + i);
-            const bool dragged = i == 40 && j == 20, land = i == 20 && j == 30;
+            const bool dragged = i == 40 && j == 20, raised = i == 20 && j == 30;
             ASSERT_NEAR(le_float(b, at), dragged ? drop_lat : 34 + j / 79.0f, 1e-4) << i << "," << j;
             ASSERT_NEAR(le_float(b, at + 4), dragged ? drop_lon : -119 + i / 59.0f, 1e-4) << i << "," << j;
             ASSERT_EQ(le_float(b, at + 8), 0.0f) << i << "," << j;
-            ASSERT_EQ(-le_int(b, at + 12) >= 100000, !land) << "water bit of " << i << "," << j;
+            ASSERT_EQ(-le_int(b, at + 12) >= 100000, !raised) << "water bit of " << i << "," << j;
         }
+
+    open_tile(-1);   // the saved tile, read back
+    EXPECT_EQ(lat_digits(), digits34);
+    EXPECT_EQ(pixel(cell.x, cell.y), land);
+    open_tile(-1);
+    EXPECT_EQ(lat_digits(), digits33);
+    EXPECT_EQ(readout(), readout33);
+    EXPECT_EQ(pixel(island.x, island.y), ground33);
 }
 
-TEST_F(Flows, SelectRotateAndPaintEachWorkOnTheMap)
+// Every tool and key on a blank tile; the save prompt's Cancel keeps the tile,
+// Don't Save moves on; a close from outside ends the program with the place and
+// tool in the preferences.
+TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
 {
     start_program();
     open_tile(1);
     // A quarter turn of a stock cell is undone by the texture pass, yet the tile counts as changed.
     choose_tool(3);
-    const canvas_point cell = place_of(34, -119, 10.5f, 10.5f);
-    ASSERT_TRUE(drag(cell, {cell.x + 1, cell.y}));
+    const canvas_point turned = place_of(34, -119, 10.5f, 10.5f);
+    ASSERT_TRUE(drag(turned, {turned.x + 1, turned.y}));
     park();
+    const std::vector<bmp_rgb> digits34 = lat_digits();
+    step_latitude(1);
+    answer_prompt(prompt_cancel);
+    park();
+    EXPECT_EQ(lat_digits(), digits34);
     step_latitude(1);
     answer_prompt(prompt_dont);
     park();
+    EXPECT_NE(lat_digits(), digits34);
+    EXPECT_FALSE(fs::exists(tile_file("+034-119.env")));
 
     choose_tool(1);
     const canvas_point vertex = place_of(35, -119, 30, 50);
@@ -518,37 +468,52 @@ TEST_F(Flows, SelectRotateAndPaintEachWorkOnTheMap)
 
     choose_tool(4);
     EXPECT_TRUE(press_cell_until_not_water(35, 20, 30)) << "painting did not turn the textures on";
-    EXPECT_NE(pixel(200, 100), colour(col_water));   // the whole map, not only the painted cell
-    shot("painted");
+    // The whole map shows its textures, not only the painted cell: a picture, not one colour.
+    const std::vector<bmp_rgb> sea = grab(200, 100, 240, 140);
+    EXPECT_TRUE(std::none_of(sea.begin(), sea.end(), [](bmp_rgb p) { return p == colour(col_water); }));
+    EXPECT_TRUE(std::any_of(sea.begin(), sea.end(), [&](bmp_rgb p) { return p != sea[0]; }));
+    key("space");
+    ASSERT_TRUE(eventually([] { return pixel(200, 100) == colour(col_water); })) << "space left the textures on";
+
+    // The tile's east edge at y 300: x = 168 + (1 - pan) * 573 * zoom * cos(lat).
+    auto east_edge = [](float zoom, float pan) {
+        const float lat = 35 + (300 - map_y1) / (map_scale * zoom) + pan;
+        return (int)(map_x1 + (1 - pan) * map_scale * zoom * std::cos(lat * 0.017453293f));
+    };
+    const int edge1 = east_edge(1, 0), edge2 = east_edge(1.2f, 0.1f / 1.2f);
+    EXPECT_EQ(pixel(edge1 - 3, 300), colour(col_water));
+    EXPECT_TRUE(shows_panel(edge1 + 3, 300));
+    key("plus");
+    ASSERT_TRUE(eventually([&] { return pixel(edge2 - 3, 300) == colour(col_water); })) << "no zoom";
+    EXPECT_TRUE(shows_panel(edge2 + 3, 300));
+    const std::vector<bmp_rgb> lit = lamp(4), unlit = lamp(0);
+    key("m");   // from the last tool round to the first
+    ASSERT_TRUE(eventually([&] { return lamp(0) == lit; })) << "tool 0 did not light";
+    EXPECT_EQ(lamp(4), unlit);
+
+    ASSERT_TRUE(send_close(run.display, run.window));
+    answer_prompt(prompt_dont);
+    EXPECT_EQ(exit_status(run.program, 300), 0);
+    run.program = 0;
+    EXPECT_FALSE(fs::exists(tile_file("+035-119.env")));
+    std::ifstream prefs(in_dir("config/Norvane/Norvane Tile-Forger.prf"));
+    std::string head, version, word;
+    float lat = 0, lon = 0;
+    int tool = -1, screen = 0;
+    prefs >> head >> version >> word >> lat >> lon >> tool >> screen;
+    EXPECT_EQ(head + version + word, "I543version");
+    EXPECT_EQ(lat, 35);
+    EXPECT_EQ(lon, -119);
+    EXPECT_EQ(tool, 0);
+    EXPECT_EQ(screen, 200);
 }
 
-static std::string error_log()
+// A texture path too long for the tile, closed with Return; then a save into a
+// missing folder, closed with O.K.: the program goes on after both.
+TEST_F(Flows, AlertsCloseWithReturnOrOKAndTheProgramGoesOn)
 {
-    std::ifstream log(in_dir("Error.out"));
-    return std::string((std::istreambuf_iterator<char>(log)), {});
-}
-
-TEST_F(Flows, AFailedSaveAlertsAndOKClosesTheAlert)
-{
+    run.expected_alerts = {"The total path to the texture cannot exceed 40 characters.", "I could not save the file!"};
     fs::remove_all(in_dir("additional nav data/Earth/+030-120"));   // nowhere to save the tile
-    start_program();
-    choose_tool(2);
-    ASSERT_TRUE(press_cell_until_not_water(33, 20, 30)) << "the cell did not turn to land";
-    const std::vector<bmp_rgb> digits33 = lat_digits();
-    step_latitude(1);
-    answer_prompt(prompt_save);
-    ASSERT_TRUE(eventually([] { return face_at(alert_face); })) << "no alert";
-    shot("alert");
-    click(alert_ok);
-    ASSERT_TRUE(eventually([] { return !face_at(alert_face); })) << "O.K. did not close the alert";
-    park();
-    EXPECT_EQ(lat_digits(), digits33);   // a failed save keeps the tile open, with its edit
-    EXPECT_FALSE(fs::exists(in_dir("additional nav data/Earth/+030-120")));
-    EXPECT_NE(error_log().find("MACIBM_alert: I could not save the file!"), std::string::npos) << error_log();
-}
-
-TEST_F(Flows, ALongTexturePathAlertsAndReturnClosesTheAlert)
-{
     const std::string name = "a_folder_of_textures/shore_with_rocks_at_noon";   // 45 characters
     auto texel = [](int x, int y) { return bmp_rgb{(unsigned char)(4 * x), (unsigned char)(4 * y), 90}; };
     write_bytes(in_dir("additional nav data/custom terrain textures/" + name + ".bmp"), bmp_bytes(64, 64, texel));
@@ -558,38 +523,27 @@ TEST_F(Flows, ALongTexturePathAlertsAndReturnClosesTheAlert)
     const int icon_x = 240 + 15, icon_y = 52 + 429;
     auto folder_first = [=] { return box_has(icon_x, icon_y, icon_x + 10, icon_y + 7, colour(col_folder)); };
     ASSERT_TRUE(folder_first()) << "no folder in the first row";
-    shot("dialog");
     click(dialog_first_row);
     ASSERT_TRUE(eventually([&] { return !folder_first(); })) << "the folder did not open";
     click(dialog_first_row);
     ASSERT_TRUE(eventually([] { return face_at(alert_face); })) << "no alert for a path of " << name.size();
-    shot("alert");
     key("Return");
     ASSERT_TRUE(eventually([] { return !face_at(alert_face) && !face_at(dialog_face); })) << "Return left it open";
     EXPECT_NE(error_log().find("The total path to the texture cannot exceed 40 characters."), std::string::npos)
         << error_log();
-    EXPECT_TRUE(program_runs());
-}
+    park();
 
-TEST_F(Flows, ACloseFromOutsideAsksForTheTileAndDontSaveEndsWithThePreferences)
-{
-    start_program();
-    open_tile(1);
     choose_tool(2);
-    ASSERT_TRUE(press_cell_until_not_water(34, 20, 30)) << "the cell did not turn to land";
-    ASSERT_TRUE(send_close(run.display, run.window));
-    answer_prompt(prompt_dont);
-    EXPECT_EQ(exit_status(run.program, 300), 0);
-    run.program = 0;
-    EXPECT_FALSE(fs::exists(tile_file("+034-119.env")));
-    std::ifstream prefs(in_dir("config/Norvane/Norvane Tile-Forger.prf"));
-    std::string head, version, word;
-    float lat = 0, lon = 0;
-    int tool = -1, screen = 0;
-    prefs >> head >> version >> word >> lat >> lon >> tool >> screen;
-    EXPECT_EQ(head + version + word, "I543version");
-    EXPECT_EQ(lat, 34);
-    EXPECT_EQ(lon, -119);
-    EXPECT_EQ(tool, 2);
-    EXPECT_EQ(screen, 200);
+    ASSERT_TRUE(press_cell_until_not_water(33, 20, 30)) << "the cell did not turn to land";
+    const std::vector<bmp_rgb> digits33 = lat_digits();
+    step_latitude(1);
+    answer_prompt(prompt_save);
+    ASSERT_TRUE(eventually([] { return face_at(alert_face); })) << "no alert";
+    click(alert_ok);
+    ASSERT_TRUE(eventually([] { return !face_at(alert_face); })) << "O.K. did not close the alert";
+    park();
+    EXPECT_EQ(lat_digits(), digits33);   // a failed save keeps the tile open, with its edit
+    EXPECT_FALSE(fs::exists(in_dir("additional nav data/Earth/+030-120")));
+    EXPECT_NE(error_log().find("MACIBM_alert: I could not save the file!"), std::string::npos) << error_log();
+    EXPECT_TRUE(program_runs());
 }

@@ -3,17 +3,6 @@
 #include "window_fixture.h"
 
 #include <SDL2/SDL.h>
-#include <dlfcn.h>
-
-// The test program defines these OpenGL entry points itself, counts the calls
-// the layer promises to spare, and passes each on.
-static int gl_switch_calls, gl_binds;
-#define PASS_ON(name, ...) static auto real = (decltype(&name))dlsym(RTLD_NEXT, #name); real(__VA_ARGS__)
-extern "C" {
-void glEnable(GLenum cap) { gl_switch_calls++; PASS_ON(glEnable, cap); }
-void glDisable(GLenum cap) { gl_switch_calls++; PASS_ON(glDisable, cap); }
-void glBindTexture(GLenum target, GLuint id) { gl_binds++; PASS_ON(glBindTexture, target, id); }
-}
 
 using GraphTest = WindowTest;
 
@@ -29,13 +18,6 @@ static void expect_on_both(F draw, const pixel_set& expected)
     EXPECT_EQ(lit_pixels(0), expected) << "OpenGL";
 }
 
-TEST_F(GraphTest, LineFromAPointToItselfIsOnePixel)
-{
-    expect_on_both([] { OGL_line(8, 100, 100, 100, 100); }, {{100, 100}});
-    const unsigned char* p = px_at(rgb_array, 100, 100);
-    EXPECT_EQ(p[0] + p[1] + p[2] + p[3], 255 + 0 + 0 + 255);
-}
-
 TEST_F(GraphTest, LinesIncludeBothEndsWhileRectanglesLeaveTheFarEdge)
 {
     // A line of length 10 lights 11 pixels, a rectangle of width 10 ten columns.
@@ -48,70 +30,6 @@ TEST_F(GraphTest, LinesIncludeBothEndsWhileRectanglesLeaveTheFarEdge)
         OGL_fillrect(7, 30, 30, -5, 5);    // reversed: nothing in the array, culled on OpenGL
         OGL_fillrect(7, 30, 30, 5, -5);
     }, expected);
-}
-
-TEST_F(GraphTest, WindowOriginOffsetsEveryPrimitive)
-{
-    mnw.win_x = 200;
-    mnw.win_y = 198;
-    pixel_set expected = rect_pixels(200, 198, 3, 2, rect_pixels(210, 203, 3, 1));
-    expect_on_both([] {
-        OGL_fillrect(8, 0, 0, 3, 2);
-        OGL_line(8, 10, 5, 12, 5);
-    }, expected);
-    reset_drawing_state();
-    mnw.win_x = 200;
-    mnw.win_y = 198;
-    OGL_2dquad(0, 8, 1.0f, 0, 0, 0, 0, 0, 4, 0, 1, 4, 4, 1, 1, 4, 0, 1, 0, 3, 7, 9);
-    EXPECT_EQ(lit_pixels(0), rect_pixels(200, 198, 4, 4));
-}
-
-TEST_F(GraphTest, ScissorsClipOpenGLOnlyRelativeToTheWindowAndScaled)
-{
-    mnw.win_x = 100;
-    mnw.win_y = 50;
-    OGL_scissors(10, 10, 20, 20);
-    OGL_fillrect(7, 0, 0, 200, 200);
-    EXPECT_EQ(lit_pixels(0), rect_pixels(110, 60, 20, 20));
-    to_array = 1;
-    OGL_fillrect(7, 0, 0, 30, 30);
-    to_array = 0;
-    EXPECT_EQ(lit_pixels(1), rect_pixels(100, 50, 30, 30));
-    OGL_scissors_end();
-    EXPECT_FALSE(glIsEnabled(GL_SCISSOR_TEST));
-
-    mnw.scr_x = 1024;   // each value scaled by 1.28 and truncated
-    mnw.scr_y = 768;
-    MACIBM_set_scale();
-    OGL_scissors(100.5f, 148.5f, 10.3f, 10.3f);
-    GLint box[4], view[4];
-    glGetIntegerv(GL_SCISSOR_BOX, box);
-    EXPECT_EQ(std::vector<GLint>(box, box + 4), (std::vector<GLint>{256, 254, 13, 13}));
-    OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
-    glGetIntegerv(GL_VIEWPORT, view);
-    EXPECT_EQ(std::vector<GLint>(view, view + 4), (std::vector<GLint>{0, 0, 1024, 768}));
-}
-
-TEST_F(GraphTest, SetstateReadsTheSwitchesBackAndChangesOnlyWhatDiffers)
-{
-    OGL_setstate(1, 3, 5, 7, 9, 11, 13);
-    glEnable(GL_BLEND);   // behind the layer's back
-    gl_switch_calls = 0;
-    OGL_setstate(1, 3, 5, 7, 9, 11, 13);
-    EXPECT_FALSE(glIsEnabled(GL_BLEND));
-    EXPECT_EQ(gl_switch_calls, 1);
-    OGL_setstate(1, 3, 5, 7, 9, 11, 13);
-    EXPECT_EQ(gl_switch_calls, 1);
-    OGL_setstate(0, 2, 4, 6, 8, 10, 12);
-    EXPECT_EQ(gl_switch_calls, 8);   // fog, texture, lighting, light 0, alpha, blend, depth
-    GLboolean mask;
-    glGetBooleanv(GL_DEPTH_WRITEMASK, &mask);
-    EXPECT_TRUE(mask);
-    OGL_setstate(99, 99, 99, 99, 99, 99, 99);   // any other code is off
-    for (GLenum cap : {GL_FOG, GL_TEXTURE_2D, GL_LIGHTING, GL_LIGHT0, GL_ALPHA_TEST, GL_BLEND, GL_DEPTH_TEST})
-        EXPECT_FALSE(glIsEnabled(cap)) << cap;
-    glGetBooleanv(GL_DEPTH_WRITEMASK, &mask);
-    EXPECT_FALSE(mask);
 }
 
 static float current(int k)
@@ -142,37 +60,4 @@ TEST_F(GraphTest, ColourSettingOnEachTarget)
     OGL_setcolorINDEX(5, 0.2f);    // 0.92 0.87 0.67, rounded, no multipliers
     to_array = 0;
     EXPECT_EQ(current_rgb[0] * 65536 + current_rgb[1] * 256 + current_rgb[2], 235 * 65536 + 222 * 256 + 171);
-}
-
-TEST_F(GraphTest, BindingTheSameTextureTwiceBindsOnce)
-{
-    gl_binds = 0;
-    OGL_bindtex(77001);
-    OGL_bindtex(77001);
-    OGL_bindtex(77002);
-    OGL_bindtex(77001);
-    EXPECT_EQ(gl_binds, 3);
-}
-
-TEST_F(GraphTest, ColourTableAndStartUp)
-{
-    const float samples[][4] = {
-        {5, 0.92f, 0.87f, 0.67f}, {21, 0.35f, 0.3f, 0.11f}, {39, 0.38f, 0.07f, 0.38f},
-        {49, 0, 0, 0.8f},         {61, 1, 1, 1},            {76, 0.5f, 0.3f, 0},
-        {89, 1, 1, 0.9f},         {90, 0, 0, 0},
-    };
-    for (const auto& s : samples)
-        for (int k = 0; k < 3; k++) EXPECT_EQ(col_rgb[(int)s[0]][k], s[k + 1]) << s[0];
-
-    // No preference file on an 800 by 600 display: a window of 800 by 600,
-    // never full screen. An asked size the display cannot hold shrinks to it,
-    // and the display size that the drawing sees follows the window.
-    EXPECT_EQ(mnw.scr_bits, 16.0f);
-    EXPECT_EQ(MACIBM_setres(1) + MACIBM_setres(0), 2);
-    EXPECT_FALSE(SDL_GetWindowFlags((SDL_Window*)mnw.hwnd) & SDL_WINDOW_FULLSCREEN);
-    mnw.scr_x = 1000;
-    mnw.scr_y = 750;
-    EXPECT_EQ(MACIBM_setres(1), 1);
-    EXPECT_EQ(mnw.scr_x, 800.0f);
-    EXPECT_EQ(mnw.scr_y, 600.0f);
 }

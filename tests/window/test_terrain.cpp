@@ -4,6 +4,7 @@
 // alert) are answered by a scripted user riding on the pump's clock.
 #include "window_fixture.h"
 #include "app/Main.h"
+#include "app/Panel_layout.h"
 #include "app/Screens.h"
 #include "app/Terrain.h"
 #include "app/Utils.h"
@@ -37,11 +38,6 @@ static int shows(int x, int y, int col)
 static const unsigned char* cell_px(int i, int j)
 {
     return px_at(shot.data(), (int)(flt_plotx[i][j] + flt_plotx[i + 1][j + 1]) / 2, (int)(flt_ploty[i][j] + flt_ploty[i + 1][j + 1]) / 2);
-}
-
-static int cell_shows(int i, int j, int col)
-{
-    return shows((int)(flt_plotx[i][j] + flt_plotx[i + 1][j + 1]) / 2, (int)(flt_ploty[i][j] + flt_ploty[i + 1][j + 1]) / 2, col);
 }
 
 static pixel_set of_colour(int col, int x0 = 168, int y0 = 5, int w = 628, int h = 574)
@@ -149,27 +145,6 @@ struct TerrainTest : WindowTest {
 using TerrainView = TerrainTest;
 using TerrainScreen = TerrainTest;
 
-// Heights 0, 0.6, 0.4, 0.2 round the cell from corner k: only edge k is off by
-// more than half a metre. The edge from (i+1, j) back to (i, j) is not looked at.
-TEST_F(TerrainView, VerticesProjectedAndWaterLightWhereATestedEdgeIsUneven)
-{
-    const int ci[4] = {10, 10, 11, 11}, cj[4] = {20, 21, 21, 20};
-    for (int k = 0; k < 4; k++) {
-        for (int m = 0; m < 4; m++) planey[ci[(k + m) % 4]][cj[(k + m) % 4]] = m ? 0.8f - 0.2f * m : 0.0f;
-        draw_map();
-        EXPECT_TRUE(cell_shows(10, 20, k == 3 ? 16 : 4)) << "edge " << k;
-        EXPECT_TRUE(cell_shows(30, 50, 16));
-    }
-    msc.map_zoom = 1.7f, msc.map_dlat = 0.2f, msc.map_dlon = -0.1f;
-    planelat[7][9] += 0.004f;
-    plot_TF_terrain();
-    int wrong = 0;
-    for (int i = 0; i < grid_ni; i++)
-        for (int j = 0; j < grid_nj; j++)
-            wrong += flt_plotx[i][j] != ret_x(planelon[i][j], planelat[i][j]) || flt_ploty[i][j] != ret_y(planelat[i][j]);
-    EXPECT_EQ(wrong, 0);
-}
-
 TEST_F(TerrainView, LandShadedByHeightAndGridOnlyAboveZoomTwo)
 {
     std::memset(is_water, 0, sizeof is_water);
@@ -186,28 +161,6 @@ TEST_F(TerrainView, LandShadedByHeightAndGridOnlyAboveZoomTwo)
     msc.map_zoom = 2.05f;
     draw_map();
     EXPECT_GT(of_colour(18).size(), 1000u);
-}
-
-TEST_F(TerrainView, RunwaysWithinATenthOfADegreeOfTheTile)
-{
-    apt_wrl_max = 0, apt_lo_ind[0] = 0, apt_hi_ind[0] = 1;
-    const float lat = msc.lat, lon = msc.lon;
-    // 10000 by 1000 ft heading east mid-tile; 100000 by 3000 ft heading north, 0.1 degree north of the tile.
-    const float rwys[2][5] = {{lat + 0.5f, lon + 0.5f, 90, 10000, 1000}, {lat + 1.1f, lon + 0.5f, 0, 100000, 3000}};
-    for (int r = 0; r < 2; r++)
-        rwy_lat[r] = rwys[r][0], rwy_lon[r] = rwys[r][1], rwy_hdng[r] = rwys[r][2], rwy_len[r] = rwys[r][3], rwy_width[r] = rwys[r][4];
-    draw_map();
-    const int x = (int)ret_x(lon + 0.5f, lat + 0.5f), y = (int)ret_y(lat + 0.5f);
-    const int xn = (int)ret_x(lon + 0.5f, lat + 0.99f), yn = (int)ret_y(lat + 0.99f);
-    EXPECT_TRUE(shows(x, y, 15) && shows(x + 6, y, 15) && shows(x - 6, y, 15));
-    EXPECT_FALSE(shows(x, y + 3, 15) || shows(x, y - 3, 15));
-    EXPECT_TRUE(shows(xn, yn, 15));   // the northern one reaches into the tile
-    rwy_lat[1] = lat + 1.11f;
-    draw_map();
-    EXPECT_FALSE(shows(xn, yn, 15));
-    auto near = [](float la, float lo) { return rwy_lat[1] = la, rwy_lon[1] = lo, runway_near_tile(1); };
-    EXPECT_TRUE(near(lat - 0.1f, lon) && near(lat, lon - 0.1f) && near(lat + 1.1f, lon + 1.1f));
-    EXPECT_FALSE(near(lat + 1.11f, lon) || near(lat, lon - 0.11f) || near(lat - 0.11f, lon + 1.1f));
 }
 
 // Symbols of kinds 2 and 8 where they stand; kinds 1 and 7 show nothing. One
@@ -235,55 +188,6 @@ TEST_F(TerrainView, ObstaclesAndVertexFrameOnlyWhereTheyStandInTheArea)
     msc.map_dlon = -0.003f;   // the frame's vertex at x 169.4
     draw_map();
     EXPECT_FALSE(of_colour(8).empty());
-}
-
-TEST_F(TerrainView, SelectedObstacleFlashesOnlyOnTheObstacleScreen)
-{
-    obj_type[5] = 2, obj_lat[5] = msc.lat + 0.3f, obj_lon[5] = msc.lon + 0.3f;
-    msc.obj_sel = 5;
-    const int x = (int)ret_x(obj_lon[5], obj_lat[5]), y = (int)ret_y(obj_lat[5]);
-    msc.screen = 200;
-    for (int f = 0; f < 3; f++) draw_map();
-    EXPECT_EQ(obj_flash, 0);
-    const pixel_set symbol = of_colour(0, x - 5, y - 5, 11, 11);
-    EXPECT_FALSE(symbol.empty());
-    msc.screen = 201;
-    for (int f = 0; f < 40; f++) {
-        draw_map();
-        EXPECT_EQ(obj_flash, (f + 1) % 39) << f;
-        if (obj_flash == 8) {
-            EXPECT_EQ(of_colour(8, x - 5, y - 5, 11, 11), symbol);
-        }
-    }
-}
-
-TEST_F(TerrainScreen, NearestInnerVertexByManhattanDistance)
-{
-    msc.ter_tool = 1;
-    const float mx = 400, my = 300;
-    place_vertices(mx + 5000, 0, my + 5000, 0);
-    flt_plotx[0][5] = flt_plotx[5][79] = mx, flt_ploty[0][5] = flt_ploty[5][79] = my;   // the outline can't be taken
-    flt_plotx[10][10] = mx + 3, flt_ploty[10][10] = my + 3;   // 6 by Manhattan, 4.2 straight
-    flt_plotx[20][20] = mx + 5, flt_ploty[20][20] = my;       // 5 both ways
-    frame_at(mx, my, 1);
-    EXPECT_EQ(msc.sel_row * 100 + msc.sel_col, 2020);
-    flt_plotx[4][2] = mx, flt_ploty[4][2] = my - 5;           // ties: the first in scan order stays
-    flt_plotx[3][50] = mx - 2, flt_ploty[3][50] = my + 3;
-    frame_at(mx, my, 1);
-    EXPECT_EQ(msc.sel_row * 100 + msc.sel_col, 350);
-    int row = -1, col = -1;
-    place_vertices(mx + 9999, 0, my, 0);
-    frame_at(mx, my, 1);
-    EXPECT_EQ(msc.sel_row * 100 + msc.sel_col, 350);         // none found: the selection stays
-    flt_ploty[58][78] = my + 0.5f, flt_plotx[58][78] = mx + 9998;
-    EXPECT_EQ(nearest_vertex(mx, my, &row, &col), 1);
-    EXPECT_EQ(row * 100 + col, 5878);
-    plot_TF_terrain();
-    msc.ter_tool = 0;
-    frame_at(400, 300, 0);   // the move tool, held: the vertex comes under the mouse
-    plot_TF_terrain();
-    EXPECT_NEAR(flt_plotx[msc.sel_row][msc.sel_col], 400, 0.01);
-    EXPECT_NEAR(flt_ploty[msc.sel_row][msc.sel_col], 300, 0.01);
 }
 
 // Cells 10 by 5 units from (200, 10); vertex (10, 10) moved 8 units east.
@@ -323,37 +227,6 @@ TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
     }
 }
 
-TEST_F(TerrainScreen, OnlyAPressOnTheMapMarksTheTileChanged)
-{
-    for (int tool = 0; tool < 5; tool++) {
-        msc.ter_tool = tool, msc.ter_dirty = 0, msc.ter_tex = 2;
-        frame_at(780, 300, 1);   // in the map area, east of the tile
-        EXPECT_EQ(msc.ter_dirty, 1) << tool;
-    }
-    msc.ter_tool = 1, msc.ter_dirty = 0, msc.sel_row = msc.sel_col = 1;
-    frame_at(flt_plotx[30][30], flt_ploty[30][30], 0);   // held in from outside: no click
-    EXPECT_EQ(msc.ter_dirty, 1);
-    EXPECT_EQ(msc.sel_row * 100 + msc.sel_col, 101);
-
-    // Feet go back to the vertex only on a hit: a height that a round trip
-    // through feet would change shows it.
-    msc.ter_dirty = 0;
-    float metres = 0.1f;
-    while (metres * con.m_to_ft * con.ft_to_m == metres) metres += 0.1f;
-    planey[1][1] = metres;
-    frame_at(300, 300, 0, 0);
-    EXPECT_EQ(planey[1][1], metres);
-    frame_at(102, 370, 1);   // the upper half of the elevation's last digit
-    EXPECT_FLOAT_EQ(planey[1][1], (metres * con.m_to_ft + 1) * con.ft_to_m);
-    msc.ter_tool = 3;
-    frame_at(14, 394, 1);    // the lamp of tool 1
-    frame_at(14, 192, 1);    // the lamp of list row 0: slot 0
-    EXPECT_EQ(msc.ter_tool, 1);
-    EXPECT_EQ(msc.ter_tex, 1);
-    flatten_water();
-    EXPECT_EQ(msc.ter_dirty, 0);
-}
-
 TEST_F(TerrainScreen, TextureListRowsAndScrolling)
 {
     EXPECT_EQ(texture_list_row(201), -1);
@@ -374,6 +247,11 @@ TEST_F(TerrainScreen, TextureListRowsAndScrolling)
     EXPECT_EQ(tex_list_top, 490);
     frame_at(14, 72, 1);    // the lamp of the last row: slot 498
     EXPECT_EQ(msc.ter_tex, 499);
+    // Another tile opens with the list back at its top.
+    msc.ter_dirty = 0;
+    frame_at(ter_lat_spinner.x + 15, ter_lat_spinner.y + 12, 1);   // the units digit's upper half: north
+    EXPECT_FLOAT_EQ(msc.lat, 34);
+    EXPECT_EQ(tex_list_top, 0);
 }
 
 // A texture chosen through the dialog, in a folder of the textures folder,
@@ -383,6 +261,7 @@ TEST_F(TerrainScreen, ChosenTextureNamesTheSlotAndLongNamesAreCut)
 {
     const std::string folder = std::string(test_folder) + "/textures/";
     C_to_C(folder.c_str(), ter_path);
+    expect_alert("The total path to the texture cannot exceed 40 characters.");
     for (int len : {39, 40, 45}) {
         fs::remove_all(folder);
         const std::string name = std::string(len - 25, 'd') + "/" + std::string(24, 'a' + len % 26);
@@ -398,47 +277,6 @@ TEST_F(TerrainScreen, ChosenTextureNamesTheSlotAndLongNamesAreCut)
         EXPECT_STREQ(g_cs1, len >= 40 ? "The total path to the texture cannot exceed 40 characters." : "");
         EXPECT_EQ(msc.ter_dirty, 0);
     }
+    EXPECT_EQ(alerts_seen().size(), 2u);
     fs::remove_all(folder);
-}
-
-// A click on the ones digit of the latitude opens the neighbouring tile; a
-// changed tile is asked about first.
-TEST_F(TerrainScreen, TileSelectorAsksBeforeLeavingAChangedTile)
-{
-    const std::string root = std::string(test_folder) + "/world/";
-    C_to_C(root.c_str(), app_path);
-    fs::create_directories(root + "additional nav data/Earth/+030-120");
-    char tile33[path_len], tile34[path_len];
-    tile_file_path(tile33);
-    msc.lat = 34;
-    tile_file_path(tile34);
-    msc.lat = 33;
-    const float up = 560, down = 540, ones = 75;
-
-    planey[5][5] = 123, msc.ter_dirty = 1, tex_list_top = 7, prompt_answer = 1;
-    frame_at(ones, up, 1);
-    EXPECT_STREQ(g_cs1, "Save changes to Terrain file first?");
-    EXPECT_TRUE(fs::exists(tile33));
-    EXPECT_EQ(msc.lat, 34);
-    EXPECT_EQ(planey[5][5], 0);   // no file: a blank tile
-    EXPECT_EQ(msc.ter_dirty + tex_list_top, 0);
-
-    frame_at(ones, down, 1);      // clean: no prompt, and the saved tile comes back
-    EXPECT_EQ(windows_shown[997], 1);
-    EXPECT_EQ(msc.lat, 33);
-    EXPECT_EQ(planey[5][5], 123);
-
-    msc.ter_dirty = 1, prompt_answer = 2;
-    frame_at(ones, up, 1);
-    EXPECT_EQ(msc.lat, 34);
-    EXPECT_FALSE(fs::exists(tile34));
-
-    planey[5][5] = 7, msc.ter_dirty = 1, tex_list_top = 7, prompt_answer = 3;
-    frame_at(ones, down, 1);
-    EXPECT_EQ(windows_shown[997], 3);
-    EXPECT_EQ(msc.lat, 34);
-    EXPECT_EQ(planey[5][5], 7);
-    EXPECT_EQ(msc.ter_dirty, 1);
-    EXPECT_EQ(tex_list_top, 7);
-    fs::remove_all(root);
 }

@@ -1,6 +1,7 @@
 // The platform brought up as the program brings it up, with a real window on
 // the X display, and what was drawn read back from both targets.
 #pragma once
+#include "alert_watch.h"
 #include "hl/Hl_graph.h"
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"

@@ -1,5 +1,4 @@
-// Bitmap files made by the tests themselves: uncompressed 24-bit BMPs, and a
-// copy of the program in a folder of its own with the panels it needs.
+// Bitmap files made by the tests themselves: uncompressed 24-bit BMPs.
 #pragma once
 #include <gtest/gtest.h>
 
@@ -59,25 +58,3 @@ inline bmp_rgb panel_pixel(int x, int y)
 }
 
 inline const char* const screen_panel_files[4] = {"TF_MAP", "TF_OBS", "TF_APT", "TF_NAV"};
-
-// The program copied into folder, with the data beside the original linked in
-// and 800 by 600 panels of its own: a run there needs no generated bitmaps.
-inline void stage_program(const std::string& program, const std::string& folder)
-{
-    namespace fs = std::filesystem;
-    const fs::path source = fs::path(program).parent_path();
-    fs::copy_file(program, folder + "/tileforger");
-    if (fs::exists(source / "additional nav data"))
-        fs::create_directory_symlink(source / "additional nav data", folder + "/additional nav data");
-    const fs::path resources = source / "Norsuite Resources";
-    if (fs::exists(resources))
-        for (const fs::directory_entry& e : fs::directory_iterator(resources))
-            if (e.path().filename() != "bitmaps") {
-                fs::create_directories(folder + "/Norsuite Resources");
-                fs::create_symlink(e.path(), folder + "/Norsuite Resources/" + e.path().filename().string());
-            }
-    const std::string panel = bmp_bytes(800, 600, panel_pixel);
-    for (const char* name : screen_panel_files)
-        write_bytes(folder + "/Norsuite Resources/bitmaps/TileFrgr/" + name + ".BMP", panel);
-    write_bytes(folder + "/Norsuite Resources/bitmaps/NRST.BMP", panel);
-}

@@ -1,0 +1,23 @@
+// Alerts under test. Every test program runs the main in test_main.cpp, which
+// watches the editor's alerts: an alert the running test did not announce fails
+// that test at once, whatever its kind, and ends the test program with status 1
+// (a fatal alert would otherwise end it with status 0, as if all had passed).
+#pragma once
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+// The running test means to raise an alert whose first line begins with this.
+void expect_alert(const std::string& first_line);
+
+// The alerts the running test has raised so far, each its four lines joined by " | ".
+const std::vector<std::string>& alerts_seen();
+
+// A fatal alert ends the program with status 0 after its log line and its lines
+// on standard error: run in a child that expects it.
+#define EXPECT_FATAL_ALERT(statement, first_line)                                               \
+    do {                                                                                        \
+        expect_alert(first_line);                                                               \
+        EXPECT_EXIT(statement, ::testing::ExitedWithCode(0), first_line);                       \
+    } while (0)

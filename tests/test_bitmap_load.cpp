@@ -1,0 +1,66 @@
+// The bitmap loader without a window: a picture read into the panel buffer
+// rgb_array lands pixel for pixel at its place, and one larger than the
+// loader's scratch area is refused.
+#include "bitmap_files.h"
+#include "hl/Hl_graph.h"
+#include "world_fixture.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+class BitmapLoad : public WorldTest {
+protected:
+    int width = 0, height = 0;
+    int load(int mode, int id_or_x, int y, const char* name)
+    {
+        return OGL_texbmp(mode, id_or_x, y, 0, name, &width, &height, 1.0f);
+    }
+};
+
+static std::vector<int> rgba_at(int x, int y)
+{
+    const unsigned char* p = rgb_array + (y * canvas_w + x) * 4;
+    return {p[0], p[1], p[2], p[3]};
+}
+
+TEST_F(BitmapLoad, PanelRowsLandBottomUpAndMagentaLeavesWhatWasThere)
+{
+    // Width 3: 9 bytes of pixels and 3 of padding a row, the padding not black.
+    auto pixel = [](int x, int y) { return bmp_rgb{(unsigned char)(40 * x + 1), (unsigned char)(40 * y + 1), 7}; };
+    write_file("pics/three.BMP", bmp_bytes(3, 3, pixel, 0xEE));
+    std::memset(rgb_array, 0, sizeof rgb_array);
+    ASSERT_EQ(load(-101, 10, 20, "pics:three"), 1);
+    EXPECT_EQ(width * 10 + height, 33);
+    EXPECT_EQ(rgba_at(10, 20), (std::vector<int>{1, 1, 7, 255}));
+    EXPECT_EQ(rgba_at(12, 20), (std::vector<int>{81, 1, 7, 255}));
+    EXPECT_EQ(rgba_at(10, 22), (std::vector<int>{1, 81, 7, 255}));
+    EXPECT_EQ(rgba_at(12, 22), (std::vector<int>{81, 81, 7, 255}));
+    EXPECT_EQ(rgba_at(13, 20), (std::vector<int>{0, 0, 0, 0}));   // the padding is not a pixel
+
+    const bmp_rgb row[3] = {{255, 0, 0}, {255, 0, 255}, {0, 0, 255}};
+    write_file("pics/row.BMP", bmp_bytes(3, 1, [&](int x, int) { return row[x]; }));
+    std::memcpy(rgb_array + (60 * canvas_w + 51) * 4, "\x01\x02\x03\xC8", 4);   // a pixel written before
+    ASSERT_EQ(load(-101, 50, 60, "pics:row"), 1);
+    EXPECT_EQ(rgba_at(50, 60), (std::vector<int>{255, 0, 0, 255}));
+    EXPECT_EQ(rgba_at(51, 60), (std::vector<int>{1, 2, 3, 200}));
+    EXPECT_EQ(rgba_at(52, 60), (std::vector<int>{0, 0, 255, 255}));
+}
+
+// 1024 by 1024 at three bytes a pixel is more than the 1920000 bytes of the
+// scratch area: the load stops at the first pixel that would pass its end, so
+// the rest of rgb_array (and what lies behind it) is never written.
+TEST_F(BitmapLoad, TexturePastTheScratchAreaIsFatalBeforeAByteLandsBehindIt)
+{
+    write_file("pics/big.BMP", bmp_bytes(1024, 1024, [](int, int) { return bmp_rgb{128, 128, 128}; }));
+    const int scratch_end = canvas_w * canvas_h * 4;
+    std::memset(rgb_array + scratch_end, 0x5A, rgb_page_bytes - scratch_end);
+    auto load_and_check_tail = [this] {
+        alert_watcher = [](const char*, const char*, const char*, const char*, int) {
+            for (int k = canvas_w * canvas_h * 4; k < rgb_page_bytes; k++)
+                if (rgb_array[k] != 0x5A) std::_Exit(3);
+        };
+        load(-100, 61, 0, "pics:big");
+    };
+    EXPECT_FATAL_ALERT(load_and_check_tail(), "OGL_texbmp data out of bounds!");
+}
