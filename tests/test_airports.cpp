@@ -129,9 +129,10 @@ TEST_F(AirportTables, FullTablesRefuseAndLoseNothing)
     rwy_lat[rwy_cap - 1] = 42.0f;
     msc.apt_sel = 0;
     msc.rwy_sel = 0;
+    expect_alert("The runway table is full!");
     adddel_aptrwy(1, 1, 0);
     EXPECT_EQ(apt_wrl_max, 0);
-    EXPECT_NE(last_log_line().find("The runway table is full!"), std::string::npos);
+    EXPECT_EQ(alerts_seen().size(), 1u);
     adddel_aptrwy(10, 1, 0);   // a runway: refused without a word
     EXPECT_EQ(rwy_wrl_max, rwy_cap - 1);
     EXPECT_EQ(rwy_lat[rwy_cap - 1], 42.0f);
@@ -228,10 +229,11 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
 
     nav_type[nav_cap - 1] = 9;      // a full table refuses the add
     mnw.mouse_y = 360;
+    expect_alert("The navaid table is full!");
     handle_nav();
     EXPECT_EQ(nav_type[nav_cap - 1], 9);
     EXPECT_EQ(nav_type[5], 4);
-    EXPECT_NE(last_log_line().find("The navaid table is full!"), std::string::npos);
+    EXPECT_EQ(alerts_seen().size(), 1u);
     to_array = 0;
     mnw.mouse_click = 0;
 }

@@ -46,7 +46,7 @@ TEST_F(Menus, BrokenFilesStopTheRunWithTheLineBeingRead)
     EXPECT_EQ(last_log_line().rfind("MACIBM_alert: Cannot open file! " + root +
                                         "Norsuite Resources/menus/none.txt Trash this copy and re-install Norvane. ,", 0),
               0u);
-    EXPECT_FATAL_ALERT(menus(two_menus, "2"), "wrong version");
+    EXPECT_FATAL_ALERT(menus(two_menus, "2"), "The following file is the wrong version");
     const std::pair<std::string, const char*> short_files[3] = {
         {"", "IS A CARRIAGE RETURN AND NOTHING ELSE BEFORE THE FIRST ITEM!"},
         {"\r\n0 File\r\n100 Save\r\n", "ARE AT LEAST THREE CARRIAGE RETURNS AT THE END!"},

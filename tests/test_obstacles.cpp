@@ -67,10 +67,10 @@ TEST_F(Obstacles, AFullTableRefusesANewObstacleWithOneWarningAClick)
 {
     for (int n = 0; n < obj_cap; n++) put(n, 1, 50, 10);
     msc.obj_sel = 7, msc.obj_tool = 2;
+    expect_alert("The obstacle table is full!");
     for (int click : {1, 0, 1}) on(33.5f, -118.5f, click);
     EXPECT_EQ(msc.obj_sel, 7);
-    const std::string log = read_file("Error.out");
-    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2);
+    EXPECT_EQ(alerts_seen().size(), 2u);   // one a click
     EXPECT_EQ(last_log_line().rfind("MACIBM_alert: The obstacle table is full! All 60000 obstacle places are taken", 0), 0u);
     obj_type[obj_cap - 1] = 0;
     on(33.5f, -118.5f, 1);

@@ -146,21 +146,29 @@ inline std::vector<unsigned long> grab(int x, int y, int w, int h)
 }
 
 
-// The folder of a run: the program with panels of its own (every pixel of a
-// different colour), a splash of one colour, a copy of the sample data that
-// saves may change, and an empty preference folder.
+// The folder of a run: the program with the build's menus and textures, panels
+// of its own (every pixel of a different colour), a splash of one colour, a
+// copy of the sample data that saves may change, and an empty preference folder.
 inline void stage_run()
 {
     run = screen_run{};
     char dir[] = "/tmp/tf_own_XXXXXX";
     ASSERT_TRUE(mkdtemp(dir));
     run.dir = dir;
-    stage_program(TF_PROGRAM_PATH, run.dir);
+    const fs::path build = fs::path(TF_PROGRAM_PATH).parent_path();
+    fs::copy_file(TF_PROGRAM_PATH, in_dir("tileforger"));
+    for (const fs::directory_entry& e : fs::directory_iterator(build / "Norsuite Resources"))
+        if (e.path().filename() != "bitmaps") {
+            fs::create_directories(in_dir("Norsuite Resources"));
+            fs::create_symlink(e.path(), in_dir("Norsuite Resources/" + e.path().filename().string()));
+        }
+    const std::string panel = bmp_bytes(800, 600, panel_pixel);
+    for (const char* name : screen_panel_files)
+        write_bytes(in_dir("Norsuite Resources/bitmaps/TileFrgr/") + name + ".BMP", panel);
     write_bytes(in_dir("Norsuite Resources/bitmaps/NRST.BMP"),
                 bmp_bytes(800, 600, [](int, int) { return bmp_rgb{0, 0, 0x80}; }));
-    std::filesystem::remove(in_dir("additional nav data"));
-    std::filesystem::copy(std::filesystem::path(TF_SOURCE_DIR) / "resources/additional nav data",
-                          in_dir("additional nav data"), std::filesystem::copy_options::recursive);
+    fs::copy(fs::path(TF_SOURCE_DIR) / "resources/additional nav data", in_dir("additional nav data"),
+             fs::copy_options::recursive);
     std::filesystem::create_directories(in_dir("config/Norvane"));
 }
 

@@ -1,7 +1,7 @@
 // The airport and navaid jobs as a user does them, on the real program: a new
-// airport named from the keyboard with a second runway, and a new glideslope
-// with its slope set on the spinner, each saved at the quit's prompt and read
-// back from the database file.
+// airport named from the keyboard with a second runway, saved by the File menu,
+// and a new glideslope with its slope set on the spinner, saved at the quit's
+// prompt; each read back from its database file.
 #include "own_display.h"
 
 #include <fstream>
@@ -17,6 +17,8 @@ const screen_point add_airport = {150, 600 - 364}, add_runway = {190, 600 - 238}
 const screen_point glideslope_lamp = {41, 600 - 238}, add_navaid = {500, 600 - 360};
 const screen_point slope_ones_up = {587, 600 - 125};   // the spinner's ones place, upper half
 const screen_point prompt_save = {320, 600 - 297};
+// The File menu's title, and its second item: Save airports.
+const screen_point file_menu = {20, 600 - 590}, save_airports_item = {40, 600 - 564};
 
 struct DatabaseFlow : ::testing::Test {
     void SetUp() override { stage_run(); }
@@ -67,7 +69,7 @@ void quit_saving()
     run.program = 0;
 }
 
-TEST_F(DatabaseFlow, NewAirportWithTwoRunwaysIsSaved)
+TEST_F(DatabaseFlow, NewAirportWithTwoRunwaysIsSavedByTheFileMenu)
 {
     write_editor_prefs(202, 0, 0);
     ASSERT_NO_FATAL_FAILURE(start_xvfb("800x600x24"));
@@ -76,8 +78,15 @@ TEST_F(DatabaseFlow, NewAirportWithTwoRunwaysIsSaved)
     click(add_airport);   // ahead of the first airport, with a runway of its own
     type_name("Newfield");
     click(add_runway);
+    click(file_menu);
+    click(save_airports_item);
     park(whole_screen);
-    quit_saving();
+    ASSERT_TRUE(eventually([] { return file_text("additional nav data/Earth/apt.dat").find("Newfield") != std::string::npos; }))
+        << "File > Save airports wrote no apt.dat";
+    // Saved: the quit asks nothing and ends the run.
+    ASSERT_TRUE(send_close(run.display, run.window));
+    EXPECT_EQ(exit_status(run.program, 300), 0);
+    run.program = 0;
 
     const std::string apt = file_text("additional nav data/Earth/apt.dat");
     const std::vector<std::string> lines = lines_from(apt, "Newfield", 4);
