@@ -4,7 +4,9 @@
 // temporary folder; the saves go to a second folder, so the input stays as made.
 #include "tools/world_gen.h"
 
+#include "app/Airports.h"
 #include "app/Main.h"
+#include "app/Navaids.h"
 #include "app/Utils.h"
 #include "hl/Hl_funct.h"
 #include "hl/Hl_types.h"
@@ -150,7 +152,29 @@ static void BM_assign_terrain_texes(benchmark::State& state)
     benchmark::DoNotOptimize(planetex);
 }
 
+// One frame's own work of the airport and navaid screens on the full tables,
+// the last airport and the last navaid selected, without a GL context (the
+// GL calls do nothing): the handlers, the lists and the scans of the tables.
+static void BM_airport_screen_frame(benchmark::State& state)
+{
+    ensure_databases_loaded();
+    msc.apt_sel = apt_wrl_max;
+    for (auto _ : state) handle_apt();
+    state.counters["airports"] = apt_wrl_max + 1;
+}
+
+static void BM_navaid_screen_frame(benchmark::State& state)
+{
+    ensure_databases_loaded();
+    nav_list_type = 9;
+    msc.nav_sel = nav_wrl_max;
+    for (auto _ : state) handle_nav();
+    state.counters["navaids"] = nav_wrl_max + 1;
+}
+
 BENCHMARK(BM_load_airports_and_navaids)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_airport_screen_frame)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_navaid_screen_frame)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_load_airports)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_load_navaids)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_write_airports)->Unit(benchmark::kMillisecond);
