@@ -1,4 +1,5 @@
 #include "world_fixture.h"
+#include "hl/Hl_graph.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -35,6 +36,13 @@ void WorldTest::SetUp()
     std::memset(planetex, 0, sizeof planetex);
     std::memset(planest, 0, sizeof planest);
     apt_wrl_max = rwy_wrl_max = nav_wrl_max = -1;
+    // The main window at the canvas's origin, the mouse off it and at rest,
+    // whatever a test before left.
+    mnw.win_id = 0;
+    mnw.win_x = mnw.win_y = 0;
+    mnw.mouse_x = mnw.mouse_y = -50;
+    mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
+    to_array = 0;
     make_folders_for(root + "additional nav data/Earth/+030-120/");
 }
 
