@@ -225,6 +225,7 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     mnw.mouse_y = 385;              // DELETE NAVAID closes the table up again
     handle_nav();
     EXPECT_EQ(nav_type[5], 4);
+    EXPECT_EQ(nav_type[nav_cap - 1], 0);   // the last slot freed, not doubled
     EXPECT_EQ(msc.nav_sel, 4);      // held in the run of glideslopes
 
     nav_type[nav_cap - 1] = 9;      // a full table refuses the add
