@@ -5,6 +5,7 @@
 // and everything here keeps them so.
 #include "app/Airports.h"
 #include "app/Panel_layout.h"
+#include "app/Screens.h"
 #include "hl/Hl_btn.h"
 #include "hl/Hl_funct.h"
 #include "hl/Hl_graph.h"
@@ -132,8 +133,6 @@ void adddel_aptrwy(int kind, int add, int inner)
     if (kind == 1 && !add) delete_airport();
 }
 
-static int clicked(panel_box b) { return mnw.mouse_click && fltbox(mnw.mouse_x, mnw.mouse_y, b.x1, b.y1, b.x2, b.y2); }
-
 // ---- the runway list --------------------------------------------------------------------------------
 
 static char side_shown(char side) { return side == 'x' ? ' ' : side; }
@@ -160,8 +159,8 @@ static void runway_list(int lo, int hi)
 {
     if (msc.apt_sel != rwy_list_apt) rwy_list_top = 0;
     rwy_list_apt = msc.apt_sel;
-    if (clicked(rwy_list_up_box)) rwy_list_top--;
-    if (clicked(rwy_list_down_box)) rwy_list_top++;
+    if (box_clicked(rwy_list_up_box)) rwy_list_top--;
+    if (box_clicked(rwy_list_down_box)) rwy_list_top++;
     rwy_list_top = intlim(rwy_list_top, 0, hi - lo);
     for (int w = lo + rwy_list_top, row = 0; w <= hi && row < rwy_rows_shown; w++, row++) {
         char text[10];
@@ -171,7 +170,7 @@ static void runway_list(int lo, int hi)
     msc.rwy_sel = intlim(msc.rwy_sel, lo, hi);
     const int row = msc.rwy_sel - lo - rwy_list_top;
     if (intrange(row, 0, rwy_rows_shown - 1)) OGL_framerect(7, 22, 334 - 10.0f * row, 58, 10);
-    if (clicked(rwy_rows_box))
+    if (box_clicked(rwy_rows_box))
         msc.rwy_sel = (int)(lo + rwy_list_top + (344 - mnw.mouse_y) * 0.1f);
 }
 
@@ -319,18 +318,18 @@ void sort_runways(int lo, int hi)
 
 static void add_delete_buttons()
 {
-    if (clicked(apt_delete_box)) adddel_aptrwy(1, 0, 0);
-    if (clicked(apt_add_box)) adddel_aptrwy(1, 1, 0);
+    if (box_clicked(apt_delete_box)) adddel_aptrwy(1, 0, 0);
+    if (box_clicked(apt_add_box)) adddel_aptrwy(1, 1, 0);
     if (apt_wrl_max < 0) return;
-    if (clicked(rwy_delete_box)) adddel_aptrwy(10, 0, 0);
-    if (clicked(rwy_add_box)) adddel_aptrwy(10, 1, 0);
+    if (box_clicked(rwy_delete_box)) adddel_aptrwy(10, 0, 0);
+    if (box_clicked(rwy_add_box)) adddel_aptrwy(10, 1, 0);
 }
 
 void handle_apt()
 {
     plot_name_list(apt_list.x, apt_list.y, apt_name, apt_id, &msc.apt_sel, 0, apt_wrl_max);
     if (apt_wrl_max < 0) {   // an empty table: only a new airport can be made
-        if (clicked(apt_add_box)) adddel_aptrwy(1, 1, 0);
+        if (box_clicked(apt_add_box)) adddel_aptrwy(1, 1, 0);
         return;
     }
     const int lo = apt_lo_ind[msc.apt_sel], hi = apt_hi_ind[msc.apt_sel];

@@ -4,6 +4,7 @@
 // table up behind it, so the runs stay whole and in the order of the file.
 #include "app/Navaids.h"
 #include "app/Panel_layout.h"
+#include "app/Screens.h"
 #include "hl/Hl_btn.h"
 #include "hl/Hl_funct.h"
 #include "hl/Hl_types.h"
@@ -71,8 +72,6 @@ void navaid_run(int type, int* first, int* last)
         }
 }
 
-static int clicked(panel_box b) { return mnw.mouse_click && fltbox(mnw.mouse_x, mnw.mouse_y, b.x1, b.y1, b.x2, b.y2); }
-
 // A glideslope keeps its slope and heading in one number: slope x 100000 + heading.
 static void navaid_fields(int v)
 {
@@ -99,8 +98,8 @@ static void navaid_fields(int v)
 void handle_nav()
 {
     msc.nav_sel = intlim(msc.nav_sel, 0, nav_cap - 1);
-    if (clicked(nav_delete_box)) delete_navaid();
-    if (clicked(nav_add_box)) add_navaid();
+    if (box_clicked(nav_delete_box)) delete_navaid();
+    if (box_clicked(nav_add_box)) add_navaid();
     for (int k = 0; k < 8; k++) inonebool(nav_kind_lamp_x, nav_kind_lamp_y[k], &nav_list_type, nav_kind_value[k]);
     int first, last;
     navaid_run(nav_list_type, &first, &last);

@@ -23,7 +23,8 @@ const int col_value = 7, col_slot_number = 3;
 const int tool_move = 0, tool_select = 1, tool_water = 2, tool_rotate = 3, tool_paint = 4;
 const int last_list_top = tex_slot_cap - 9;   // 491: slot 499 in the last row
 
-static int mouse_in(const panel_box& b) { return fltbox(mnw.mouse_x, mnw.mouse_y, b.x1, b.y1, b.x2, b.y2); }
+int mouse_in(const panel_box& b) { return fltbox(mnw.mouse_x, mnw.mouse_y, b.x1, b.y1, b.x2, b.y2); }
+int box_clicked(const panel_box& b) { return mnw.mouse_click && mouse_in(b); }
 
 // ---- tile selector ---------------------------------------------------------------------------
 

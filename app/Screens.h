@@ -1,5 +1,10 @@
 // The four screens of the editor: one handler each, run once a frame.
 #pragma once
+#include "app/Panel_layout.h"
+
+// The mouse lies in a control's box, edges included.
+int mouse_in(const panel_box& b);
+int box_clicked(const panel_box& b);   // and pressed in this frame
 
 void handle_map();
 void handle_obs();
