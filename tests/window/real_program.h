@@ -181,13 +181,6 @@ inline void stage_run()
     fs::create_directories(in_dir("config/Norvane"));
 }
 
-// A resolution preference asks the window for this size.
-inline void ask_window_size(int w, int h)
-{
-    std::ofstream(in_dir("config/Norvane/Norvane Resolution.prf"), std::ios::binary)
-        << "I\r\n543 version\r\n" << w << "\r\n" << h << "\r\n32\r\n0\r\n";
-}
-
 // The editor's preference file, as a quit would have left it.
 inline void write_editor_prefs(int screen, int apt_sel = 0, int nav_sel = 0)
 {

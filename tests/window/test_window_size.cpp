@@ -88,19 +88,6 @@ TEST_P(NewWindow, FitsTheDisplayAndAClickLandsOnItsControl)
     EXPECT_EQ(screen_size(), mode);
 }
 
-TEST_F(WindowSize, AskedSizeLargerThanTheDisplayShrinksToFit)
-{
-    ask_window_size(2048, 1536);
-    ASSERT_NO_FATAL_FAILURE(start_program("1366x768x24"));
-    window_box b{};
-    EXPECT_TRUE(eventually([&] {
-        b = box_of_window();
-        return b.x == 171 && b.y == 0 && b.w == 1024 && b.h == 768;
-    })) << "window at " << b.x << "," << b.y << " " << b.w << "x" << b.h;
-    EXPECT_TRUE(click_lights_lamp(b, 4));
-    EXPECT_EQ(tool_after_quit(), 4);
-}
-
 // Resizes from outside once the screen is up, as a user would.
 bool resized_to(int w, int h, window_box* b)
 {
