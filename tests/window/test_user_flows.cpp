@@ -9,6 +9,7 @@
 #include "platform/Hl_mnw.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 using namespace real_program;
@@ -410,28 +411,61 @@ TEST_F(Flows, NewAirportAndGlideslopeAreSaved)
 
 // A save that cannot be written loses nothing: the old file stays byte for
 // byte, the warning says why and where, and the quit stays in the editor with
-// the edit, which a later save then writes.
-TEST_F(Flows, FailedSaveAtQuitKeepsTheFileAndTheEdit)
+// the edit, which a later save then writes once undo has taken the fault away.
+void failed_save_keeps_file_and_edit(const char* warning, const std::function<void()>& undo)
 {
-    run.expected_alerts = {"I could not finish writing the file!"};
+    run.expected_alerts = {warning};
     write_editor_prefs(202);
     const std::string before = file_text(apt_path);
-    fs::create_symlink("/dev/full", in_dir(apt_path + ".saving"));   // a disk with no room
     start_program();
     ASSERT_TRUE(screen_ready());
     click(150, 364);
     type_name("Keptfield");
     send_close();
     answer_prompt(prompt_save);
-    ASSERT_TRUE(eventually([] { return file_text("Error.out").find("Is the disk full?") != std::string::npos; }))
+    ASSERT_TRUE(eventually([&] { return file_text("Error.out").find(warning) != std::string::npos; }))
         << "no warning of the failed save";
     click(400, 220);   // O.K.
     ASSERT_TRUE(eventually([] { return !alert_up(); })) << "O.K. did not close the alert";
     EXPECT_EQ(exit_status(5), -1) << "the quit went on after a failed save";
     EXPECT_EQ(file_text(apt_path), before);
     EXPECT_NE(file_text("Error.out").find(in_dir(apt_path)), std::string::npos) << "the warning names no path";
-    quit({prompt_save});   // the link is gone with the failed file: now there is room
+    undo();
+    quit({prompt_save});
     EXPECT_NE(file_text(apt_path).find("Keptfield"), std::string::npos);
+}
+
+// The tests run as root, whom file modes do not stop: a folder is made
+// read-only, and a file one that cannot be replaced, by bind mounts.
+bool mount_over(const std::string& rel, const char* options)
+{
+    const std::string at = "'" + in_dir(rel) + "'";
+    return std::system(("mount --bind " + at + " " + at + " 2>/dev/null").c_str()) == 0 &&
+           (!*options || std::system(("mount -o remount,bind," + std::string(options) + " " + at).c_str()) == 0);
+}
+void unmount(const std::string& rel) { std::system(("umount '" + in_dir(rel) + "' 2>/dev/null").c_str()); }
+
+TEST_F(Flows, FailedSaveOnAFullDiskKeepsTheFileAndTheEdit)
+{
+    fs::create_symlink("/dev/full", in_dir(apt_path + ".saving"));   // no room; the link goes with the failed file
+    failed_save_keeps_file_and_edit("I could not finish writing the file!", [] {});
+}
+
+TEST_F(Flows, FailedSaveInAReadOnlyFolderKeepsTheFileAndTheEdit)
+{
+    const std::string folder = "additional nav data/Earth";
+    if (!mount_over(folder, "ro")) GTEST_SKIP() << "no read-only folder: this system refuses the test a bind mount";
+    failed_save_keeps_file_and_edit("I could not save the file!", [&] { unmount(folder); });
+    unmount(folder);   // when the run stopped short of its own
+}
+
+// A file that is a mount point cannot be renamed over: the new file is whole, the last step fails.
+TEST_F(Flows, FailedRenameKeepsTheFileAndTheEdit)
+{
+    if (!mount_over(apt_path, "")) GTEST_SKIP() << "no file to fail a rename: this system refuses the test a bind mount";
+    failed_save_keeps_file_and_edit("I could not put the saved file in the place of the old one!",
+                                    [&] { unmount(apt_path); });
+    unmount(apt_path);
 }
 
 }   // namespace
