@@ -37,11 +37,15 @@ static void colons_to_separators(char* path)
         if (path[k] == ':') path[k] = path_sep;
 }
 
-// Reads a whole file into text. Returns 0 when it cannot be opened.
+// Reads a whole file into text, which keeps its room from one file to the
+// next. Returns 0 when it cannot be opened.
 static int slurp_file(const char* path, std::string& text)
 {
     FILE* f = std::fopen(path, "rb");
     if (!f) return 0;
+    text.clear();
+    struct stat st;
+    if (fstat(fileno(f), &st) == 0 && st.st_size > 0) text.reserve((size_t)st.st_size);
     char block[65536];
     size_t got;
     while ((got = std::fread(block, 1, sizeof block, f)) > 0) text.append(block, got);
@@ -87,6 +91,7 @@ static void wrong_version_alert(const char* path)
 }
 
 static char inf_name[2][path_len];   // the file each input stream holds, for the scan alert
+static std::string inf_text[2];      // the bytes each input stream reads, in place
 
 int inf_open(char* path, int kind, int version, int complain)
 {
@@ -95,10 +100,11 @@ int inf_open(char* path, int kind, int version, int complain)
     C_to_C(path, inf_name[inf_use]);
     std::istringstream& in = inf[inf_use];
     inf_is_bin = is_binary_kind(kind);
-    std::string text;
+    std::string& text = inf_text[inf_use];
     if (!slurp_file(path, text)) return 0;
     if (!inf_is_bin) fold_crlf(text);
-    in.str(std::move(text));
+    // The stream reads the text where it lies: no copy of the file is made.
+    in.rdbuf()->pubsetbuf(&text[0], (std::streamsize)text.size());
     in.clear();
 
     int letter = read_head_letter(in, inf_is_bin);
@@ -220,7 +226,7 @@ static void scan_place(char* out, int size)
         std::snprintf(out, size, "%s, byte %lld", inf_name[inf_use], at);
         return;
     }
-    const std::string& text = in.str();
+    const std::string& text = inf_text[inf_use];
     const size_t end = at < 0 ? text.size() : (size_t)at;
     long long line = 1;
     for (size_t k = 0; k < end && k < text.size(); k++) line += text[k] == '\n';

@@ -6,6 +6,10 @@
 // frame's own work (handlers, derivation, scans of the tables), and the rest
 // of the frame is the GL work. The map screens are also measured with their
 // kept picture dropped before every frame, as while the view changes.
+//
+// tf_frame_bench --startup [RUNS]: the start-up on the same world, in a new
+// process each run: from the process's start to the end of the first frame
+// of the main screen (the editor's start-up steps without preference files).
 #include "tools/world_gen.h"
 
 #include "app/Main.h"
@@ -23,6 +27,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <cstring>
+#include <ctime>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -121,12 +128,15 @@ static int make_root()
     return !failed && chdir(root.c_str()) == 0;
 }
 
-// The editor's start-up on the world under root, without preference files.
+// The editor's start-up on the world under root, without preference files,
+// up to its first frame of the main screen.
 static void start_editor()
 {
     setenv("XDG_CONFIG_HOME", root.c_str(), 1);
     active_windstyle = 1;
+    const double t0 = now_s();
     MACIBM_init();
+    const double t1 = now_s();
     gen_point_paths_at(root.c_str());
     set_msc_defaults();
     msc.lat = gen_tile_lat;
@@ -134,21 +144,64 @@ static void start_editor()
     load_stock_textures();
     lay_flat_grid();
     clear_feature_tables();
+    const double t2 = now_s();
     read_terrain();
     load_airports();
     load_navaids();
     keep_selections_in_tables();
+    const double t3 = now_s();
     MACIBM_event_proc();
     IBM_handlewin(mnw.hwnd, msg_paint, 0, 0);
     mnw.mouse_x = 400;   // over the map: its readout shows
     mnw.mouse_y = 300;
+    const double t4 = now_s();
+    MACIBM_event_proc();
+    glFinish();
+    const double t5 = now_s();
+    std::fprintf(stderr, "window and GL %.3f s, stock textures %.3f s, tile and databases %.3f s, "
+                 "first paint %.3f s, first frame %.3f s\n", t1 - t0, t2 - t1, t3 - t2, t4 - t3, t5 - t4);
+}
+
+// One start-up in this process, on the world under folder.
+static int startup_run(const char* folder, const char* forked_at)
+{
+    const double entered = now_s();
+    root = folder;
+    gen_guard_up();
+    start_editor();
+    const double age = now_s() - std::atof(forked_at), since_main = now_s() - entered;
+    gen_guard_down();
+    MACIBM_finishup();
+    std::printf("| %.3f | %.3f |\n", age, since_main);
+    return 0;
+}
+
+static int startup_runs(const char* self, int runs)
+{
+    std::printf("| from fork, s | from main(), s |\n|---|---|\n");
+    std::fflush(stdout);
+    for (int k = 0; k < runs; k++) {
+        char forked_at[40];
+        std::snprintf(forked_at, sizeof forked_at, "%.6f", now_s());
+        const pid_t child = fork();
+        if (child == 0) {
+            execl(self, "tf_frame_bench", "--startup-run", root.c_str(), forked_at, (char*)nullptr);
+            _exit(127);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return 1;
+    }
+    return 0;
 }
 
 int main(int argc, char** argv)
 {
-    const int frames = argc > 1 ? std::atoi(argv[1]) : 120;
+    if (argc == 4 && std::strcmp(argv[1], "--startup-run") == 0) return startup_run(argv[2], argv[3]);
+    const int startup = argc > 1 && std::strcmp(argv[1], "--startup") == 0;
+    const int frames = startup ? 120 : argc > 1 ? std::atoi(argv[1]) : 120;
     if (!std::getenv("DISPLAY") || frames < 4) {
-        std::fprintf(stderr, "usage: DISPLAY=:N tf_frame_bench [FRAMES, at least 4]\n");
+        std::fprintf(stderr, "usage: DISPLAY=:N tf_frame_bench [FRAMES, at least 4 | --startup [RUNS]]\n");
         return 2;
     }
     if (!make_root()) {
@@ -159,6 +212,12 @@ int main(int argc, char** argv)
     if (!gen_write_world(root.c_str(), gen_default_seed)) {
         std::fprintf(stderr, "tf_frame_bench: the world could not be written under %s\n", root.c_str());
         return 1;
+    }
+    if (startup) {
+        const int failed = startup_runs("/proc/self/exe", argc > 2 ? std::atoi(argv[2]) : 5);
+        std::error_code ignored;
+        fs::remove_all(root, ignored);
+        return failed;
     }
     gen_guard_up();
     start_editor();
