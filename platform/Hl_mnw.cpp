@@ -347,6 +347,7 @@ static void show_window_and_make_context()
                      alert_fatal);
     if (SDL_GL_MakeCurrent(win, gl_context) != 0)
         MACIBM_alert("SetPixelFormat failed.", sdl_error_line(), "", "", alert_fatal);
+    OGL_forget_state();
     SDL_GL_SetSwapInterval(1);   // frames come as fast as the display takes them
     SDL_StopTextInput();         // keys come as key codes only
 }
