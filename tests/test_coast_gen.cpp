@@ -138,3 +138,31 @@ TEST_F(CoastFiles, ShippedFilesLoadInEveryTileOfTheirSquares)
     EXPECT_GE(files, 5);
     EXPECT_GT(load_tile(33, -119), 1000);
 }
+
+// The shipped sample tile: every runway, navaid and obstacle inside it stands
+// on a land cell, but for the heliport that the sample airports put at sea.
+TEST_F(CoastFiles, SampleTilePlacesStandOnLand)
+{
+    C_to_C(TF_SOURCE_DIR "/resources/", app_path);
+    msc.lat = 33;
+    msc.lon = -119;
+    read_terrain();
+    load_airports();
+    load_navaids();
+    std::vector<std::pair<float, float>> places;
+    for (int r = 0; r <= rwy_wrl_max; r++) places.push_back({rwy_lat[r], rwy_lon[r]});
+    for (int n = 0; n <= nav_wrl_max; n++) places.push_back({nav_lat[n], nav_lon[n]});
+    for (int n = 0; obj_type[n] != 99; n++) places.push_back({obj_lat[n], obj_lon[n]});
+    int on_land = 0, at_sea = 0;
+    for (auto [lat, lon] : places) {
+        if (!(lat > 33 && lat < 34 && lon > -119 && lon < -118)) continue;
+        const int water = is_water[(int)((lon + 119) * grid_i)][(int)((lat - 33) * grid_j)];
+        on_land += !water;
+        at_sea += water;
+        if (water) {
+            EXPECT_TRUE(lat == 33.55f && lon == -118.7f) << lat << " " << lon << " at sea";
+        }
+    }
+    EXPECT_EQ(on_land, 26);
+    EXPECT_EQ(at_sea, 1);
+}

@@ -52,8 +52,8 @@ static int read_mask()
 // Approximate: heights in metres after the map, not survey data. The basin
 // rises from the shore to the north; the peninsula's hills stand at its
 // south-west corner; the island is one ridge from north-west to south-east
-// with its highest point near the middle; the small island far to the west
-// is one low hill.
+// with its highest point near the middle; the northern tip of the island to
+// the south, on the tile's south edge, is one low hill.
 
 static double bump(double lat, double lon, double lat0, double lon0, double r_lat, double r_lon)
 {
@@ -81,7 +81,7 @@ static double land_height_m(double lat, double lon)
     h += 90 * bump(lat, lon, 33.805, -118.165, 0.008, 0.01);               // the small hill in the port city
     h += 480 * ridge(lat, lon, 33.47, -118.60, 33.31, -118.31, 0.03);      // the island's ridge
     h += 160 * bump(lat, lon, 33.376, -118.42, 0.02, 0.025);               // its highest point
-    h += 170 * bump(lat, lon, 33.478, -119.037, 0.006, 0.008);             // the small island to the west
+    h += 120 * bump(lat, lon, 33.0, -118.58, 0.03, 0.03);                  // the tip of the southern island
     return h;
 }
 
