@@ -385,7 +385,7 @@ TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
     // The open sea west of the sample tile's island, flat and dark blue.
     for (bmp_rgb p : grab(200, 200, 260, 260)) ASSERT_EQ(p, colour(col_water));
     const std::vector<bmp_rgb> digits33 = lat_digits(), readout33 = readout();
-    const canvas_point island = place_of(33, -119, 30, 30);
+    const canvas_point island = place_of(33, -119, 34.5f, 30.5f);
     const bmp_rgb ground33 = pixel(island.x, island.y);
     ASSERT_NE(ground33, colour(col_water)) << "the sample tile has land here";
 
