@@ -48,7 +48,7 @@ static void double_bevel(float x1, float y1, float x2, float y2, int raised)
 // number, and the log shows it as the alert does.
 static void log_alert(const char* l1, const char* l2, const char* l3, const char* l4)
 {
-    if (!err.is_open()) err.open("Error.out", std::ios::out | std::ios::app);
+    if (!err.is_open()) open_error_log(0);
     err << "MACIBM_alert: " << l1 << " " << l2 << " " << l3 << " " << l4
         << ", GetLastError=" << platform_last_error() << ", winerror.h for strings" << line_end;
     err.flush();
