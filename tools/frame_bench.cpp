@@ -5,7 +5,8 @@
 // OpenGL context current, where every GL call returns at once: that is the
 // frame's own work (handlers, derivation, scans of the tables), and the rest
 // of the frame is the GL work. The map screens are also measured with their
-// kept picture dropped before every frame, as while the view changes.
+// kept picture dropped before every frame, as while the view changes, and
+// while an obstacle or a vertex is dragged about the middle of the map.
 //
 // tf_frame_bench --startup [RUNS]: the start-up on the same world, in a new
 // process each run: from the process's start to the end of the first frame
@@ -13,6 +14,7 @@
 #include "tools/world_gen.h"
 
 #include "app/Main.h"
+#include "app/Screens.h"
 #include "app/Terrain.h"
 #include "app/Utils.h"
 #include "hl/Hl_graph.h"
@@ -23,6 +25,7 @@
 #include <SDL2/SDL.h>
 
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -41,12 +44,17 @@ static double now_s()
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
+// Moves the held mouse before each frame of a drag; none otherwise.
+static void (*drag_step)(int k);
+static int drag_steps;
+
 // Seconds for n frames; keep_picture 0 drops the map's kept picture before each.
 static double run_frames(int n, int keep_picture)
 {
     glFinish();
     const double start = now_s();
     for (int k = 0; k < n; k++) {
+        if (drag_step) drag_step(drag_steps++);
         if (!keep_picture) drop_map_picture();
         MACIBM_event_proc();
     }
@@ -105,6 +113,39 @@ static void map_screens(int frames)
                                   msc.map_zoom, keep ? "" : ", redrawn each frame");
                     measure(names[s], view, keep ? frames : frames / 4, keep);
                 }
+}
+
+// The held mouse goes round a circle of 20 units about the middle of the map,
+// a unit and a half a frame, dragging what the tool holds.
+static void mouse_round_the_middle(int k)
+{
+    mnw.mouse_down = 1;
+    mnw.mouse_x = 480.0f + 20.0f * std::cos(k * 0.075f);
+    mnw.mouse_y = 290.0f + 20.0f * std::sin(k * 0.075f);
+}
+
+static void measure_drag(const char* screen, const char* view, int frames)
+{
+    drag_step = mouse_round_the_middle;
+    drag_steps = 0;
+    measure(screen, view, frames, 1);
+    drag_step = nullptr;
+    mnw.mouse_down = 0;
+}
+
+// An obstacle dragged with the move tool, a vertex with the terrain screen's first tool.
+static void drags(int frames)
+{
+    for (int textured = 0; textured < 2; textured++) {
+        set_map_view(cmd_screen_obstacles, textured, 0);
+        msc.obj_tool = 96;
+        msc.obj_sel = nearest_obstacle(ret_lat(290), ret_lon(480, 290));
+        measure_drag("obstacles", textured ? "textured, zoom 1, obstacle dragged" : "flat, zoom 1, obstacle dragged",
+                     frames);
+        set_map_view(cmd_screen_terrain, textured, 0);
+        msc.ter_tool = 0;
+        measure_drag("terrain", textured ? "textured, zoom 1, vertex dragged" : "flat, zoom 1, vertex dragged", frames);
+    }
 }
 
 static void table_screens(int frames)
@@ -228,6 +269,7 @@ int main(int argc, char** argv)
     std::printf("| Screen     | View                                   | Frames|     fps | ms/frame | own work | GL work  |\n");
     std::printf("|---|---|---|---|---|---|---|\n");
     map_screens(frames);
+    drags(frames);
     table_screens(frames);
     gen_guard_down();
     MACIBM_finishup();
