@@ -212,19 +212,34 @@ void runway_corner(int r, int k, float* lon, float* lat)
     *lon = (along * std::sin(h) + across * std::cos(h)) * ft_to_deg * sec + rwy_lon[r];
 }
 
-static void draw_runways()
+// The runways drawn whole last, so that a redrawn area needs no walk of the
+// whole table: its rows change only on the airport screen, and a change of
+// screen draws the map whole.
+static int near_runways[rwy_cap], near_runway_count;
+
+static void runway_quad(int r)
 {
+    for (int k = 0; k < 4; k++) {
+        float lon, lat;
+        runway_corner(r, k, &lon, &lat);
+        glVertex2f(ret_x(lon, lat), ret_y(lat));
+    }
+}
+
+static void note_runways_near_tile()
+{
+    near_runway_count = 0;
+    for (int a = 0; a <= apt_wrl_max; a++)
+        for (int r = apt_lo_ind[a]; r <= apt_hi_ind[a]; r++)
+            if (runway_near_tile(r) && near_runway_count < rwy_cap) near_runways[near_runway_count++] = r;
+}
+
+static void draw_runways(const canvas_area* area)
+{
+    if (!area) note_runways_near_tile();
     OGL_setcolorINDEX(col_runway, 1.0f);
     glBegin(GL_QUADS);
-    for (int a = 0; a <= apt_wrl_max; a++)
-        for (int r = apt_lo_ind[a]; r <= apt_hi_ind[a]; r++) {
-            if (!runway_near_tile(r)) continue;
-            for (int k = 0; k < 4; k++) {
-                float lon, lat;
-                runway_corner(r, k, &lon, &lat);
-                glVertex2f(ret_x(lon, lat), ret_y(lat));
-            }
-        }
+    for (int k = 0; k < near_runway_count; k++) runway_quad(near_runways[k]);
     glEnd();
 }
 
@@ -346,7 +361,7 @@ static void draw_map(const canvas_area* area, int left_out, float low, float hig
     OGL_setstate(1, msc.show_tex ? 2 : 3, 5, 7, 9, 11, 13);
     draw_ground(area, low, high);
     draw_grid(area);
-    draw_runways();
+    draw_runways(area);
     draw_selected_vertex();
     if (area) {
         draw_obstacles_in(*area, 0);

@@ -95,8 +95,8 @@ static void craft_tile(int screen, int textured, int zoom_steps)
     rwy_lat[0] = 33.45f, rwy_lon[0] = -118.52f, rwy_hdng[0] = 35, rwy_len[0] = 9000, rwy_width[0] = 150;
     msc.screen = screen;
     msc.obj_sel = sel;
-    msc.sel_row = 25;
-    msc.sel_col = 42;
+    msc.sel_row = 28;   // under the runway
+    msc.sel_col = 36;
     msc.show_tex = textured;
     for (int k = 0; k < zoom_steps; k++) APPLICATION_handlemenu(cmd_zoom_in);
     assign_terrain_texes(0, 0);
@@ -115,7 +115,7 @@ static void drag_selected() { obj_lat[sel] += 0.0015f, obj_lon[sel] += 0.001f; }
 static void raise_vertex() { planey[30][40] += 120; }
 static void lift_highest() { planey[30][40] += 1000; }
 static void flood_vertex() { is_water[30][40] = !is_water[30][40]; }
-static void drag_vertex() { planelat[25][42] += 0.004f, planelon[25][42] -= 0.003f; }
+static void drag_vertex() { planelat[28][36] += 0.004f, planelon[28][36] -= 0.003f; }
 static void select_vertex() { msc.sel_col++; }
 static void toggle_textures() { msc.show_tex = !msc.show_tex; }
 static void select_other() { msc.obj_sel = 40; }
