@@ -304,6 +304,41 @@ static void next_flash_colour()
 static unsigned char shown[obj_cap];
 static float shown_x[obj_cap], shown_y[obj_cap];
 
+// The obstacles of the picture by square of the canvas, 16 units a side,
+// each square's in table order, so that an area finds those that may reach
+// into it without a walk of the whole table. Those placed anew since the
+// squares were filled are listed apart, up to a limit that fills them again.
+const float square_side = 16;
+const int square_cols = 52, square_rows = 40, square_count = square_cols * square_rows;
+static int square_start[square_count + 1];
+static int square_items[obj_cap];
+const int moved_cap = 256;
+static int moved[moved_cap], moved_count;
+
+static int square_col(float x) { return intlim((int)(x / square_side), 0, square_cols - 1); }
+static int square_row(float y) { return intlim((int)(y / square_side), 0, square_rows - 1); }
+static int square_of(int n) { return square_row(shown_y[n]) * square_cols + square_col(shown_x[n]); }
+
+static void fill_squares()
+{
+    static int next[square_count];
+    std::memset(square_start, 0, sizeof square_start);
+    for (int n = 0; n < obj_cap; n++)
+        if (shown[n]) square_start[square_of(n) + 1]++;
+    for (int q = 0; q < square_count; q++) square_start[q + 1] += square_start[q];
+    std::memcpy(next, square_start, sizeof next);
+    for (int n = 0; n < obj_cap; n++)
+        if (shown[n]) square_items[next[square_of(n)]++] = n;
+    moved_count = 0;
+}
+
+// Obstacle n shows at a new place, or no longer.
+static void note_moved(int n)
+{
+    if (moved_count == moved_cap) fill_squares();
+    else moved[moved_count++] = n;
+}
+
 // Every obstacle but the one left out, noting where each went.
 static void draw_obstacles(int left_out)
 {
@@ -316,15 +351,41 @@ static void draw_obstacles(int left_out)
         if (shown[n]) plot_obstacle_symbol(obj_type[n], obstacle_colour(n), x, y);
     }
     OGL_batch_end();
+    fill_squares();
 }
 
-// The obstacles of the picture from slot first on that reach into the area.
+static int shown_in(const canvas_area& area, int n) { return shown[n] && symbol_reaches(&area, shown_x[n], shown_y[n]); }
+
+// The obstacles of the picture from slot first on that reach into the area;
+// the whole table is walked for a large area. All of them are white (the
+// selected one is not in the picture), so their order does not show, and
+// one found twice is drawn twice to the same pixels.
+static int obstacles_in(const canvas_area& area, int first, int* found)
+{
+    const int c1 = square_col(area.x1 - symbol_reach_x), c2 = square_col(area.x2 + symbol_reach_x);
+    const int r1 = square_row(area.y1 - symbol_reach_y), r2 = square_row(area.y2 + symbol_reach_y);
+    int count = 0;
+    if ((c2 - c1 + 1) * (r2 - r1 + 1) > square_count / 8) {
+        for (int n = first; n < obj_cap; n++)
+            if (shown_in(area, n)) found[count++] = n;
+        return count;
+    }
+    for (int r = r1; r <= r2; r++)
+        for (int q = r * square_cols + c1; q <= r * square_cols + c2; q++)
+            for (int k = square_start[q]; k < square_start[q + 1]; k++)
+                if (square_items[k] >= first && shown_in(area, square_items[k])) found[count++] = square_items[k];
+    for (int k = 0; k < moved_count; k++)
+        if (moved[k] >= first && shown_in(area, moved[k])) found[count++] = moved[k];
+    return count;
+}
+
 static void draw_obstacles_in(const canvas_area& area, int first)
 {
+    static int found[obj_cap + moved_cap];
+    const int count = obstacles_in(area, first, found);
     OGL_batch_begin();
-    for (int n = first; n < obj_cap; n++)
-        if (shown[n] && symbol_reaches(&area, shown_x[n], shown_y[n]))
-            plot_obstacle_symbol(obj_type[n], obstacle_colour(n), shown_x[n], shown_y[n]);
+    for (int k = 0; k < count; k++)
+        plot_obstacle_symbol(obj_type[found[k]], obstacle_colour(found[k]), shown_x[found[k]], shown_y[found[k]]);
     OGL_batch_end();
 }
 
@@ -380,9 +441,9 @@ static void draw_map(const canvas_area* area, int left_out, float low, float hig
 // moves under a drag: each frame draws it on top, and after it what the
 // whole drawing puts over it (later obstacles and coast dots near it, all
 // white). When a few vertices, cells or obstacles change, only the area they
-// cover, before and after, is drawn again into the picture, with the
-// primitives that reach into it, in the same order; anything more draws
-// the map whole.
+// cover, before and after, is drawn again into the picture, clipped to it,
+// with the primitives that reach into it in the same order (the white
+// obstacles in any); anything more draws the map whole.
 
 const int map_picture_tex = 700;
 int map_whole_draws;
@@ -597,6 +658,7 @@ static int note_obstacle(canvas_area* a, int n)
     shown[n] = on;
     shown_x[n] = x;
     shown_y[n] = y;
+    note_moved(n);
     return 1;
 }
 
