@@ -124,13 +124,22 @@ static void mouse_round_the_middle(int k)
     mnw.mouse_y = 290.0f + 20.0f * std::sin(k * 0.075f);
 }
 
+// Also tells, on the error stream, how often the map was drawn whole during
+// the drag and where the dragged obstacle or vertex went.
 static void measure_drag(const char* screen, const char* view, int frames)
 {
     drag_step = mouse_round_the_middle;
     drag_steps = 0;
+    const int whole_before = map_whole_draws;
     measure(screen, view, frames, 1);
     drag_step = nullptr;
     mnw.mouse_down = 0;
+    const int obstacle = msc.screen == cmd_screen_obstacles;
+    const float lat = obstacle ? obj_lat[msc.obj_sel] : planelat[msc.sel_row][msc.sel_col];
+    const float lon = obstacle ? obj_lon[msc.obj_sel] : planelon[msc.sel_row][msc.sel_col];
+    std::fprintf(stderr, "%s: drawn whole %d times in %d frames; %s ends at canvas %.1f, %.1f\n", view,
+                 map_whole_draws - whole_before, drag_steps, obstacle ? "the obstacle" : "the vertex", ret_x(lon, lat),
+                 ret_y(lat));
 }
 
 // An obstacle dragged with the move tool, a vertex with the terrain screen's first tool.
