@@ -365,17 +365,20 @@ static void create_window()
 
 // A window manager tells the size of its frame only once the window is on
 // screen, and with no window manager nothing ever comes. The window is sized
-// at once as if it had no frame; for a second after it shows, the event pump
-// looks for the frame and, once it is known, sizes and places the window
-// again as if new, unless its size has changed from outside meanwhile.
-static long long frame_watch_until;   // 0: not watching
+// at once as if it had no frame; for a second from the event pump's first
+// look (the loads come between), the pump looks for the frame and, once it
+// is known, sizes and places the window again as if new, unless its size
+// has changed from outside meanwhile.
+static long long frame_watch_until;   // 0: not watching; -1: from the next look on
 
-static void watch_for_frame() { frame_watch_until = platform_monotonic_ms() + 1000; }
+static void watch_for_frame() { frame_watch_until = -1; }
 
 static void size_again_when_framed()
 {
     if (!frame_watch_until) return;
-    if (platform_monotonic_ms() > frame_watch_until) frame_watch_until = 0;
+    const long long now = platform_monotonic_ms();
+    if (frame_watch_until < 0) frame_watch_until = now + 1000;
+    if (now > frame_watch_until) frame_watch_until = 0;
     if (!frame_watch_until || window_frame().top <= 0) return;
     frame_watch_until = 0;
     int w = 0, h = 0;
