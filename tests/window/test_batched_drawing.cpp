@@ -139,8 +139,13 @@ static const map_case map_cases[] = {
 TEST_F(BatchedDrawing, MapAndItsKeptPictureMatchTheWholeDrawing)
 {
     load_stock_textures();
+    for (const float width : {800.0f, 640.0f})   // the canvas at its own size and at 0.8
     for (const map_case& c : map_cases) {
-        SCOPED_TRACE(testing::Message() << "case " << &c - map_cases);
+        SCOPED_TRACE(testing::Message() << "canvas " << width << ", case " << &c - map_cases);
+        mnw.scr_x = width;
+        mnw.scr_y = width * 0.75f;
+        MACIBM_set_scale();
+        OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
         craft_tile(c.screen, c.textured, c.zoom_steps);
         drop_map_picture();
         // Frame 1 draws the map whole and keeps it; frame 2 shows the kept
