@@ -140,34 +140,34 @@ TEST_F(BatchedDrawing, MapAndItsKeptPictureMatchTheWholeDrawing)
 {
     load_stock_textures();
     for (const float width : {800.0f, 640.0f})   // the canvas at its own size and at 0.8
-    for (const map_case& c : map_cases) {
-        SCOPED_TRACE(testing::Message() << "canvas " << width << ", case " << &c - map_cases);
-        mnw.scr_x = width;
-        mnw.scr_y = width * 0.75f;
-        MACIBM_set_scale();
-        OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
-        craft_tile(c.screen, c.textured, c.zoom_steps);
-        drop_map_picture();
-        // Frame 1 draws the map whole and keeps it; frame 2 shows the kept
-        // picture with the selected obstacle in its next colour; frames 3 and
-        // 4 come after the change, made once and again, and must show it.
-        std::vector<unsigned char> frames[4], ref[4];
-        const int flash[4] = {5, 20, 30, 31};
-        for (int k = 0; k < 4; k++) {
-            if (k >= 2) c.change(), assign_terrain_texes(0, 0);
-            const int whole_before = map_whole_draws;
-            frames[k] = drawn(1, [&] { map_frame(flash[k]); });
-            EXPECT_EQ(map_whole_draws - whole_before, k == 0 ? 1 : k >= 2 ? c.whole : 0) << "frame " << k + 1;
+        for (const map_case& c : map_cases) {
+            SCOPED_TRACE(testing::Message() << "canvas " << width << ", case " << &c - map_cases);
+            mnw.scr_x = width;
+            mnw.scr_y = width * 0.75f;
+            MACIBM_set_scale();
+            OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
+            craft_tile(c.screen, c.textured, c.zoom_steps);
+            drop_map_picture();
+            // Frame 1 draws the map whole and keeps it; frame 2 shows the kept
+            // picture with the selected obstacle in its next colour; frames 3 and
+            // 4 come after the change, made once and again, and must show it.
+            std::vector<unsigned char> frames[4], ref[4];
+            const int flash[4] = {5, 20, 30, 31};
+            for (int k = 0; k < 4; k++) {
+                if (k >= 2) c.change(), assign_terrain_texes(0, 0);
+                const int whole_before = map_whole_draws;
+                frames[k] = drawn(1, [&] { map_frame(flash[k]); });
+                EXPECT_EQ(map_whole_draws - whole_before, k == 0 ? 1 : k >= 2 ? c.whole : 0) << "frame " << k + 1;
+            }
+            craft_tile(c.screen, c.textured, c.zoom_steps);
+            for (int k = 0; k < 4; k++) {
+                if (k >= 2) c.change(), assign_terrain_texes(0, 0);
+                ref[k] = drawn(0, [&] { map_frame(flash[k]); });
+                EXPECT_EQ(pixels_differing(frames[k], ref[k]), 0) << "frame " << k + 1;
+            }
+            EXPECT_GT(pixels_differing(ref[1], ref[2]), 0);
+            if (c.screen == 201) {
+                EXPECT_GT(pixels_differing(ref[0], ref[1]), 0) << "the selected one flashes";
+            }
         }
-        craft_tile(c.screen, c.textured, c.zoom_steps);
-        for (int k = 0; k < 4; k++) {
-            if (k >= 2) c.change(), assign_terrain_texes(0, 0);
-            ref[k] = drawn(0, [&] { map_frame(flash[k]); });
-            EXPECT_EQ(pixels_differing(frames[k], ref[k]), 0) << "frame " << k + 1;
-        }
-        EXPECT_GT(pixels_differing(ref[1], ref[2]), 0);
-        if (c.screen == 201) {
-            EXPECT_GT(pixels_differing(ref[0], ref[1]), 0) << "the selected one flashes";
-        }
-    }
 }
