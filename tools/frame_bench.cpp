@@ -10,7 +10,9 @@
 //
 // tf_frame_bench --startup [RUNS]: the start-up on the same world, in a new
 // process each run: from the process's start to the end of the first frame
-// of the main screen (the editor's start-up steps without preference files).
+// of the main screen (the editor's start-up steps without preference files),
+// and on the error stream the time of its steps and of a second frame that
+// draws the map whole.
 #include "tools/world_gen.h"
 
 #include "app/Main.h"
@@ -178,6 +180,8 @@ static int make_root()
     return !failed && chdir(root.c_str()) == 0;
 }
 
+static double first_frame_at;
+
 // The editor's start-up on the world under root, without preference files,
 // up to its first frame of the main screen.
 static void start_editor()
@@ -211,8 +215,14 @@ static void start_editor()
     }
     glFinish();
     const double t4 = now_s();
+    first_frame_at = t4;
+    // A second frame that draws the map whole: what the first paid once more.
+    drop_map_picture();
+    MACIBM_event_proc();
+    glFinish();
     std::fprintf(stderr, "window and GL %.3f s, stock textures %.3f s, tile and databases %.3f s, "
-                 "first frame %.3f s\n", t1 - t0, t2 - t1, t3 - t2, t4 - t3);
+                 "first frame %.3f s, a second drawn whole %.3f s\n", t1 - t0, t2 - t1, t3 - t2, t4 - t3,
+                 now_s() - t4);
 }
 
 // One start-up in this process, on the world under folder.
@@ -222,7 +232,7 @@ static int startup_run(const char* folder, const char* forked_at)
     root = folder;
     gen_guard_up();
     start_editor();
-    const double age = now_s() - std::atof(forked_at), since_main = now_s() - entered;
+    const double age = first_frame_at - std::atof(forked_at), since_main = first_frame_at - entered;
     gen_guard_down();
     MACIBM_finishup();
     std::printf("| %.3f | %.3f |\n", age, since_main);
