@@ -48,20 +48,81 @@ const int col_white = 0, col_light_blue = 4, col_red = 8, col_runway = 15, col_d
 
 int in_map_area(float x, float y) { return fltbox(x, y, map_x1, map_y1, map_x2, map_y2); }
 
-// Places every vertex on the canvas and gives the height range, widened by a
-// metre each way so that it is never empty.
-static void place_vertices(float* low, float* high)
+// The height range of the tile, widened by a metre each way so that it is
+// never empty: the land colours run over it.
+static void height_range(float* low, float* high)
 {
     float highest = -9999, lowest = 9999;
     for (int j = 0; j < grid_nj; j++)
         for (int i = 0; i < grid_ni; i++) {
-            flt_plotx[i][j] = ret_x(planelon[i][j], planelat[i][j]);
-            flt_ploty[i][j] = ret_y(planelat[i][j]);
             highest = fltmax2(highest, planey[i][j]);
             lowest = fltmin2(lowest, planey[i][j]);
         }
     *low = lowest - 1;
     *high = highest + 1;
+}
+
+static void place_vertex(int i, int j)
+{
+    flt_plotx[i][j] = ret_x(planelon[i][j], planelat[i][j]);
+    flt_ploty[i][j] = ret_y(planelat[i][j]);
+}
+
+static void place_vertices()
+{
+    for (int j = 0; j < grid_nj; j++)
+        for (int i = 0; i < grid_ni; i++) place_vertex(i, j);
+}
+
+// ---- areas of the map ------------------------------------------------------------------------
+
+// A rectangle of the canvas in the map's units; empty while x1 > x2.
+struct canvas_area {
+    float x1, y1, x2, y2;
+};
+static const canvas_area no_area = {1e9f, 1e9f, -1e9f, -1e9f};
+
+static int area_empty(const canvas_area& a) { return a.x1 > a.x2 || a.y1 > a.y2; }
+
+static void widen(canvas_area* a, float x, float y, float rx, float ry)
+{
+    a->x1 = fltmin2(a->x1, x - rx);
+    a->y1 = fltmin2(a->y1, y - ry);
+    a->x2 = fltmax2(a->x2, x + rx);
+    a->y2 = fltmax2(a->y2, y + ry);
+}
+
+static canvas_area widened(const canvas_area& a, float r)
+{
+    if (area_empty(a)) return a;
+    return {a.x1 - r, a.y1 - r, a.x2 + r, a.y2 + r};
+}
+
+// Whether the box x1..x2, y1..y2 reaches into the area; no area (nullptr) takes everything.
+static int reaches(const canvas_area* a, float x1, float y1, float x2, float y2)
+{
+    return !a || (x2 >= a->x1 && x1 <= a->x2 && y2 >= a->y1 && y1 <= a->y2);
+}
+
+// What a one-pixel line or the rounding of an area to pixels may add around
+// a primitive's corners, in canvas units: two pixels.
+static float pixel_margin() { return 1.0f + 2.0f / fltmin2(1.0f, fltmin2(mnw.scale_x, mnw.scale_y)); }
+
+// An obstacle symbol reaches 4 units left and right of its place, 2 down and 3 up.
+const float symbol_reach_x = 5, symbol_reach_y = 4;
+
+static int symbol_reaches(const canvas_area* a, float x, float y)
+{
+    return reaches(a, x - symbol_reach_x, y - symbol_reach_y, x + symbol_reach_x, y + symbol_reach_y);
+}
+
+static int cell_reaches(const canvas_area* a, int i, int j)
+{
+    if (!a) return 1;
+    canvas_area c = no_area;
+    for (int di = 0; di < 2; di++)
+        for (int dj = 0; dj < 2; dj++) widen(&c, flt_plotx[i + di][j + dj], flt_ploty[i + di][j + dj], 0, 0);
+    return reaches(a, c.x1, c.y1, c.x2, c.y2);
 }
 
 // The edge from (i+1, j) back to (i, j) is not looked at.
@@ -88,13 +149,14 @@ static void cell_vertex(int i, int j, int di, int dj, int textured)
 
 // Textured, a run of quads ends where the texture changes, since no texture
 // may be bound inside one.
-static void draw_ground(float low, float high)
+static void draw_ground(const canvas_area* area, float low, float high)
 {
     int textured = msc.show_tex != 0;
     int run_tex = -1;
     glBegin(GL_QUADS);
     for (int i = 0; i < grid_i; i++)
         for (int j = 0; j < grid_j; j++) {
+            if (!cell_reaches(area, i, j)) continue;
             if (textured && (int)planetex[i][j] != run_tex) {
                 glEnd();
                 run_tex = (int)planetex[i][j];
@@ -114,7 +176,7 @@ static void draw_ground(float low, float high)
 }
 
 // Two edges of each cell, its west and its south, as pairs of one line run.
-static void draw_grid()
+static void draw_grid(const canvas_area* area)
 {
     OGL_setstate(1, 3, 5, 7, 9, 11, 13);
     OGL_setcolorINDEX(col_grid, 1.0f);
@@ -122,6 +184,7 @@ static void draw_grid()
     glBegin(GL_LINES);
     for (int i = 0; i < grid_i; i++)
         for (int j = 0; j < grid_j; j++) {
+            if (!cell_reaches(area, i, j)) continue;
             glVertex2f(flt_plotx[i][j + 1], flt_ploty[i][j + 1]);
             glVertex2f(flt_plotx[i][j], flt_ploty[i][j]);
             glVertex2f(flt_plotx[i][j], flt_ploty[i][j]);
@@ -149,19 +212,34 @@ void runway_corner(int r, int k, float* lon, float* lat)
     *lon = (along * std::sin(h) + across * std::cos(h)) * ft_to_deg * sec + rwy_lon[r];
 }
 
-static void draw_runways()
+// The runways drawn whole last, so that a redrawn area needs no walk of the
+// whole table: its rows change only on the airport screen, and a change of
+// screen draws the map whole.
+static int near_runways[rwy_cap], near_runway_count;
+
+static void runway_quad(int r)
 {
+    for (int k = 0; k < 4; k++) {
+        float lon, lat;
+        runway_corner(r, k, &lon, &lat);
+        glVertex2f(ret_x(lon, lat), ret_y(lat));
+    }
+}
+
+static void note_runways_near_tile()
+{
+    near_runway_count = 0;
+    for (int a = 0; a <= apt_wrl_max; a++)
+        for (int r = apt_lo_ind[a]; r <= apt_hi_ind[a]; r++)
+            if (runway_near_tile(r) && near_runway_count < rwy_cap) near_runways[near_runway_count++] = r;
+}
+
+static void draw_runways(const canvas_area* area)
+{
+    if (!area) note_runways_near_tile();
     OGL_setcolorINDEX(col_runway, 1.0f);
     glBegin(GL_QUADS);
-    for (int a = 0; a <= apt_wrl_max; a++)
-        for (int r = apt_lo_ind[a]; r <= apt_hi_ind[a]; r++) {
-            if (!runway_near_tile(r)) continue;
-            for (int k = 0; k < 4; k++) {
-                float lon, lat;
-                runway_corner(r, k, &lon, &lat);
-                glVertex2f(ret_x(lon, lat), ret_y(lat));
-            }
-        }
+    for (int k = 0; k < near_runway_count; k++) runway_quad(near_runways[k]);
     glEnd();
 }
 
@@ -222,13 +300,92 @@ static void next_flash_colour()
     if (msc.screen == 200) obj_flash = 0;
 }
 
-static void draw_obstacles()
+// Where each obstacle stands in the picture drawn last; shown 0 when it is not in it.
+static unsigned char shown[obj_cap];
+static float shown_x[obj_cap], shown_y[obj_cap];
+
+// The obstacles of the picture by square of the canvas, 16 units a side,
+// each square's in table order, so that an area finds those that may reach
+// into it without a walk of the whole table. Those placed anew since the
+// squares were filled are listed apart, up to a limit that fills them again.
+const float square_side = 16;
+const int square_cols = 52, square_rows = 40, square_count = square_cols * square_rows;
+static int square_start[square_count + 1];
+static int square_items[obj_cap];
+const int moved_cap = 256;
+static int moved[moved_cap], moved_count;
+
+static int square_col(float x) { return intlim((int)(x / square_side), 0, square_cols - 1); }
+static int square_row(float y) { return intlim((int)(y / square_side), 0, square_rows - 1); }
+static int square_of(int n) { return square_row(shown_y[n]) * square_cols + square_col(shown_x[n]); }
+
+static void fill_squares()
+{
+    static int next[square_count];
+    std::memset(square_start, 0, sizeof square_start);
+    for (int n = 0; n < obj_cap; n++)
+        if (shown[n]) square_start[square_of(n) + 1]++;
+    for (int q = 0; q < square_count; q++) square_start[q + 1] += square_start[q];
+    std::memcpy(next, square_start, sizeof next);
+    for (int n = 0; n < obj_cap; n++)
+        if (shown[n]) square_items[next[square_of(n)]++] = n;
+    moved_count = 0;
+}
+
+// Obstacle n shows at a new place, or no longer.
+static void note_moved(int n)
+{
+    if (moved_count == moved_cap) fill_squares();
+    else moved[moved_count++] = n;
+}
+
+// Every obstacle but the one left out, noting where each went.
+static void draw_obstacles(int left_out)
 {
     OGL_batch_begin();
     for (int n = 0; n < obj_cap; n++) {
-        float x, y;
-        if (obstacle_place(n, &x, &y)) plot_obstacle_symbol(obj_type[n], obstacle_colour(n), x, y);
+        float x = 0, y = 0;
+        shown[n] = n != left_out && obstacle_place(n, &x, &y);
+        shown_x[n] = x;
+        shown_y[n] = y;
+        if (shown[n]) plot_obstacle_symbol(obj_type[n], obstacle_colour(n), x, y);
     }
+    OGL_batch_end();
+    fill_squares();
+}
+
+static int shown_in(const canvas_area& area, int n) { return shown[n] && symbol_reaches(&area, shown_x[n], shown_y[n]); }
+
+// The obstacles of the picture from slot first on that reach into the area;
+// the whole table is walked for a large area. All of them are white (the
+// selected one is not in the picture), so their order does not show, and
+// one found twice is drawn twice to the same pixels.
+static int obstacles_in(const canvas_area& area, int first, int* found)
+{
+    const int c1 = square_col(area.x1 - symbol_reach_x), c2 = square_col(area.x2 + symbol_reach_x);
+    const int r1 = square_row(area.y1 - symbol_reach_y), r2 = square_row(area.y2 + symbol_reach_y);
+    int count = 0;
+    if ((c2 - c1 + 1) * (r2 - r1 + 1) > square_count / 8) {
+        for (int n = first; n < obj_cap; n++)
+            if (shown_in(area, n)) found[count++] = n;
+        return count;
+    }
+    for (int r = r1; r <= r2; r++)
+        for (int q = r * square_cols + c1; q <= r * square_cols + c2; q++)
+            for (int k = square_start[q]; k < square_start[q + 1]; k++)
+                if (square_items[k] >= first && shown_in(area, square_items[k])) found[count++] = square_items[k];
+    for (int k = 0; k < moved_count; k++)
+        if (moved[k] >= first && shown_in(area, moved[k])) found[count++] = moved[k];
+    return count;
+}
+
+static void draw_obstacles_in(const canvas_area& area, int first)
+{
+    static int found[obj_cap + moved_cap];
+    const int count = obstacles_in(area, first, found);
+    OGL_batch_begin();
+    for (int k = 0; k < count; k++)
+        plot_obstacle_symbol(obj_type[found[k]], obstacle_colour(found[k]), shown_x[found[k]], shown_y[found[k]]);
     OGL_batch_end();
 }
 
@@ -246,35 +403,57 @@ static void draw_coast_points(const int* which, int count)
     glPointSize(1.0f);
 }
 
-static void draw_map_whole()
+// The coast dots that reach into the area; a dot is as wide as the zoom, in pixels.
+static void draw_coast_in(const canvas_area& area)
 {
-    float low, high;
-    place_vertices(&low, &high);
+    static int which[coast_cap];
+    const float r = msc.map_zoom * 0.5f * pixel_margin();
+    int count = 0;
+    for (int n = 0; n < msc.coast_num && n < coast_cap; n++) {
+        const float x = ret_x(coast_lon[n], coast_lat[n]), y = ret_y(coast_lat[n]);
+        if (reaches(&area, x - r, y - r, x + r, y + r)) which[count++] = n;
+    }
+    if (count) draw_coast_points(which, count);
+}
+
+// The map in drawing order, all of it (no area) or what reaches into the area.
+static void draw_map(const canvas_area* area, int left_out, float low, float high)
+{
     OGL_setstate(1, msc.show_tex ? 2 : 3, 5, 7, 9, 11, 13);
-    draw_ground(low, high);
-    draw_grid();
-    draw_runways();
+    draw_ground(area, low, high);
+    draw_grid(area);
+    draw_runways(area);
     draw_selected_vertex();
-    draw_obstacles();
-    draw_coast_points(nullptr, msc.coast_num);
+    if (area) {
+        draw_obstacles_in(*area, 0);
+        draw_coast_in(*area);
+    } else {
+        draw_obstacles(left_out);
+        draw_coast_points(nullptr, msc.coast_num);
+    }
 }
 
 // ---- the kept picture of the map ----------------------------------------------------------
 // Tens of thousands of obstacle symbols take far longer to draw than a frame
 // lasts on a software renderer. So the map, once drawn, is copied into a
-// texture, and later frames draw that texture, texel for pixel, as long as
-// everything the map shows is as it was. Only the selected obstacle changes
-// colour from frame to frame: it is drawn again on top, and after it what the
-// whole drawing puts over it (later obstacles and coast dots near it).
+// texture, and later frames draw that texture, texel for pixel. The picture
+// leaves out the selected obstacle, which changes colour every frame and
+// moves under a drag: each frame draws it on top, and after it what the
+// whole drawing puts over it (later obstacles and coast dots near it, all
+// white). When a few vertices, cells or obstacles change, only the area they
+// cover, before and after, is drawn again into the picture, clipped to it,
+// with the primitives that reach into it in the same order (the white
+// obstacles in any); anything more draws the map whole.
 
 const int map_picture_tex = 700;
+int map_whole_draws;
 
 // Everything the map's pixels depend on besides the tables compared below.
 // The runway tables are edited only on the airport screen, and every change
 // of screen bakes a new panel, which changes panel_generation.
 struct map_view {
     float zoom, dlat, dlon, lat, lon;
-    int show_tex, sel_row, sel_col, obj_sel, white_only, coast_num, apt_count, panel;
+    int show_tex, white_only, coast_num, apt_count, panel;
     float win_x, win_y, lighting[3];
     int box[4];
     float colours[50][3];
@@ -285,7 +464,7 @@ static map_view view_now()
     map_view v;
     std::memset(&v, 0, sizeof v);
     v.zoom = msc.map_zoom; v.dlat = msc.map_dlat; v.dlon = msc.map_dlon; v.lat = msc.lat; v.lon = msc.lon;
-    v.show_tex = msc.show_tex; v.sel_row = msc.sel_row; v.sel_col = msc.sel_col; v.obj_sel = msc.obj_sel;
+    v.show_tex = msc.show_tex;
     v.white_only = msc.screen == 200; v.coast_num = msc.coast_num; v.apt_count = apt_wrl_max;
     v.panel = panel_generation;
     v.win_x = mnw.win_x; v.win_y = mnw.win_y;
@@ -313,6 +492,7 @@ struct kept_table {
     void* kept;
     size_t bytes;
 };
+const int grid_tables = 6;   // the first six below, each of grid_ni rows
 
 static const kept_table kept_tables[] = {
     {planelon, kept_planelon, sizeof planelon}, {planelat, kept_planelat, sizeof planelat},
@@ -323,30 +503,35 @@ static const kept_table kept_tables[] = {
     {coast_lon, kept_coast_lon, sizeof coast_lon},
 };
 
-const int redraw_cap = 64;   // later obstacles and coast dots over the selected one
-
 static struct {
     int valid;
     map_view view;
-    int tex_w, tex_h;               // the texture's size, powers of two
-    int sel_drawn;                  // the selected obstacle shows on the map
-    float sel_x, sel_y;
-    int later_obstacles[redraw_cap], later_obstacle_count;
-    int coast_dots[redraw_cap], coast_dot_count;
+    int tex_w, tex_h;          // the texture's size, powers of two
+    int left_out;              // the obstacle drawn on top instead
+    int sel_row, sel_col;      // the selected vertex the picture shows
+    float low, high;           // the height range its land colours came from
 } picture;
 
 void drop_map_picture() { picture.valid = 0; }
 
-static int tables_as_kept()
-{
-    for (const kept_table& t : kept_tables)
-        if (std::memcmp(t.live, t.kept, t.bytes) != 0) return 0;
-    return 1;
-}
-
 static void keep_tables()
 {
     for (const kept_table& t : kept_tables) std::memcpy(t.kept, t.live, t.bytes);
+}
+
+static void keep_grid_row(int i)
+{
+    for (int k = 0; k < grid_tables; k++) {
+        const kept_table& t = kept_tables[k];
+        const size_t row = t.bytes / grid_ni;
+        std::memcpy((char*)t.kept + i * row, (const char*)t.live + i * row, row);
+    }
+}
+
+template <typename T>
+static int same(const T& live, const T& kept)
+{
+    return std::memcmp(&live, &kept, sizeof live) == 0;
 }
 
 static int power_of_two_above(int n)
@@ -356,35 +541,158 @@ static int power_of_two_above(int n)
     return p;
 }
 
-// Symbols reach at most 4 units left and right of their place and 2 up and
-// down, a coast dot half its size: what may touch the selected symbol.
-static int near_selected(float x, float y, float reach)
+// ---- what changed since the picture was drawn ------------------------------------------------
+
+const int change_cap = 32;   // changed cells or obstacles that one area redraw takes
+
+static void kept_vertex_place(int i, int j, float* x, float* y)
 {
-    return std::fabs(x - picture.sel_x) <= 9.0f + reach && std::fabs(y - picture.sel_y) <= 5.0f + reach;
+    *x = ret_x(kept_planelon[i][j], kept_planelat[i][j]);
+    *y = ret_y(kept_planelat[i][j]);
 }
 
-// Notes what the whole drawing puts over the selected obstacle. 0 when there
-// is too much of it to draw again on every frame.
-static int note_what_covers_selected()
+// A cell as the picture shows it and as it is now.
+static void widen_by_cell(canvas_area* a, int i, int j)
 {
-    picture.later_obstacle_count = picture.coast_dot_count = 0;
-    picture.sel_drawn = intrange(msc.obj_sel, 0, obj_cap - 1) && msc.screen != 200 &&
-                        obstacle_place(msc.obj_sel, &picture.sel_x, &picture.sel_y);
-    if (!picture.sel_drawn) return 1;
-    for (int n = msc.obj_sel + 1; n < obj_cap; n++) {
-        float x, y;
-        if (!obstacle_place(n, &x, &y) || !near_selected(x, y, 0.0f)) continue;
-        if (picture.later_obstacle_count == redraw_cap) return 0;
-        picture.later_obstacles[picture.later_obstacle_count++] = n;
-    }
-    for (int n = 0; n < msc.coast_num; n++) {
-        const float x = ret_x(coast_lon[n], coast_lat[n]), y = ret_y(coast_lat[n]);
-        if (!near_selected(x, y, msc.map_zoom * 0.5f + 1.0f)) continue;
-        if (picture.coast_dot_count == redraw_cap) return 0;
-        picture.coast_dots[picture.coast_dot_count++] = n;
-    }
+    for (int di = 0; di < 2; di++)
+        for (int dj = 0; dj < 2; dj++) {
+            float x, y;
+            kept_vertex_place(i + di, j + dj, &x, &y);
+            widen(a, x, y, 0, 0);
+            widen(a, flt_plotx[i + di][j + dj], flt_ploty[i + di][j + dj], 0, 0);
+        }
+}
+
+struct cell_list {
+    int i[change_cap * 4], j[change_cap * 4], count;
+};
+
+// Adds the cell when it exists; 0 when the list is full.
+static int add_cell(cell_list* c, int i, int j)
+{
+    if (!intrange(i, 0, grid_i - 1) || !intrange(j, 0, grid_j - 1)) return 1;
+    if (c->count == change_cap * 4) return 0;
+    c->i[c->count] = i;
+    c->j[c->count++] = j;
     return 1;
 }
+
+// A moved vertex or a new height changes the four cells around it; a new
+// water flag, texture or orientation its own cell.
+static int note_vertex(cell_list* c, int i, int j, int* heights)
+{
+    const int moved = !same(planelon[i][j], kept_planelon[i][j]) || !same(planelat[i][j], kept_planelat[i][j]);
+    const int raised = !same(planey[i][j], kept_planey[i][j]);
+    const int cell = !same(is_water[i][j], kept_is_water[i][j]) || !same(planetex[i][j], kept_planetex[i][j]) ||
+                     !same(planest[i][j], kept_planest[i][j]);
+    *heights |= raised;
+    if (moved) place_vertex(i, j);
+    if (moved || raised)
+        return add_cell(c, i - 1, j - 1) && add_cell(c, i - 1, j) && add_cell(c, i, j - 1) && add_cell(c, i, j);
+    return !cell || add_cell(c, i, j);
+}
+
+static int grid_row_same(int i)
+{
+    return same(planelon[i], kept_planelon[i]) && same(planelat[i], kept_planelat[i]) &&
+           same(planey[i], kept_planey[i]) && same(is_water[i], kept_is_water[i]) &&
+           same(planetex[i], kept_planetex[i]) && same(planest[i], kept_planest[i]);
+}
+
+// The frame of the selected vertex where the picture has it and where it is now.
+static void widen_by_selected_vertex(canvas_area* a)
+{
+    float x, y;
+    kept_vertex_place(picture.sel_row, picture.sel_col, &x, &y);
+    const float nx = flt_plotx[msc.sel_row][msc.sel_col], ny = flt_ploty[msc.sel_row][msc.sel_col];
+    if (picture.sel_row == msc.sel_row && picture.sel_col == msc.sel_col && x == nx && y == ny) return;
+    widen(a, x, y, 5, 5);
+    widen(a, nx, ny, 5, 5);
+    picture.sel_row = msc.sel_row;
+    picture.sel_col = msc.sel_col;
+}
+
+// The area the grid's changes cover; 0 when the map must be drawn whole:
+// too many changes, or new heights that change the range of the land colours.
+static int grid_changes(canvas_area* a)
+{
+    cell_list cells;
+    cells.count = 0;
+    int heights = 0, rows_changed[grid_ni];
+    for (int i = 0; i < grid_ni; i++) {
+        rows_changed[i] = !grid_row_same(i);
+        if (!rows_changed[i]) continue;
+        for (int j = 0; j < grid_nj; j++)
+            if (!note_vertex(&cells, i, j, &heights)) return 0;
+    }
+    float low, high;
+    if (heights && !msc.show_tex) {
+        height_range(&low, &high);
+        if (low != picture.low || high != picture.high) return 0;
+    }
+    widen_by_selected_vertex(a);
+    for (int k = 0; k < cells.count; k++) widen_by_cell(a, cells.i[k], cells.j[k]);
+    for (int i = 0; i < grid_ni; i++)
+        if (rows_changed[i]) keep_grid_row(i);
+    return 1;
+}
+
+static int obstacle_same(int n)
+{
+    return obj_type[n] == kept_obj_type[n] && same(obj_lat[n], kept_obj_lat[n]) && same(obj_lon[n], kept_obj_lon[n]);
+}
+
+// An obstacle that may show otherwise than in the picture: where it showed
+// and where it is to show go into the area. 1 when it changed.
+static int note_obstacle(canvas_area* a, int n)
+{
+    float x = 0, y = 0;
+    const int on = n != msc.obj_sel && obstacle_place(n, &x, &y);
+    const int changed = on != shown[n] || obj_type[n] != kept_obj_type[n] || x != shown_x[n] || y != shown_y[n];
+    kept_obj_type[n] = obj_type[n];
+    kept_obj_lat[n] = obj_lat[n];
+    kept_obj_lon[n] = obj_lon[n];
+    if (!changed || (!on && !shown[n])) return 0;
+    if (shown[n]) widen(a, shown_x[n], shown_y[n], symbol_reach_x, symbol_reach_y);
+    if (on) widen(a, x, y, symbol_reach_x, symbol_reach_y);
+    shown[n] = on;
+    shown_x[n] = x;
+    shown_y[n] = y;
+    note_moved(n);
+    return 1;
+}
+
+// The area the obstacles' changes cover, the selected one now left out and
+// the one left out before put back; 0 when there are too many.
+static int obstacle_changes(canvas_area* a)
+{
+    const int chunk = 1024;
+    int count = 0;
+    for (int first = 0; first < obj_cap; first += chunk) {
+        const int end = first + chunk < obj_cap ? first + chunk : obj_cap;
+        const size_t len = (size_t)(end - first);
+        const int selected_here = intrange(msc.obj_sel, first, end - 1) || intrange(picture.left_out, first, end - 1);
+        if (!selected_here && std::memcmp(obj_type + first, kept_obj_type + first, len * sizeof(int)) == 0 &&
+            std::memcmp(obj_lat + first, kept_obj_lat + first, len * sizeof(float)) == 0 &&
+            std::memcmp(obj_lon + first, kept_obj_lon + first, len * sizeof(float)) == 0)
+            continue;
+        for (int n = first; n < end; n++) {
+            if (n != msc.obj_sel && n != picture.left_out && obstacle_same(n)) continue;
+            count += note_obstacle(a, n);
+            if (count > change_cap) return 0;
+        }
+    }
+    picture.left_out = msc.obj_sel;
+    return 1;
+}
+
+static int picture_usable(const map_view& v)
+{
+    return gl_batching && picture.valid && std::memcmp(&v, &picture.view, sizeof v) == 0 &&
+           same(coast_lat, kept_coast_lat) && same(coast_lon, kept_coast_lon);
+}
+
+// ---- drawing with the picture ----------------------------------------------------------------
 
 static void copy_map_picture(const int box[4])
 {
@@ -433,25 +741,75 @@ static void show_map_picture(const int box[4])
     glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
 }
 
-// The selected obstacle in this frame's colour, then again what covered it.
-static void redraw_selected()
+// The pixels of the area, within the map's box: x, y, width, height.
+static void area_pixels(const canvas_area& a, const int box[4], int out[4])
 {
-    if (!picture.sel_drawn) return;
-    OGL_batch_begin();
-    plot_obstacle_symbol(obj_type[msc.obj_sel], obj_flash, picture.sel_x, picture.sel_y);
-    for (int k = 0; k < picture.later_obstacle_count; k++) {
-        const int n = picture.later_obstacles[k];
-        float x, y;
-        obstacle_place(n, &x, &y);
-        plot_obstacle_symbol(obj_type[n], col_white, x, y);
-    }
-    OGL_batch_end();
-    if (picture.coast_dot_count) draw_coast_points(picture.coast_dots, picture.coast_dot_count);
+    const float left = canvas_place.left + mnw.win_x * mnw.scale_x, bottom = canvas_place.bottom + mnw.win_y * mnw.scale_y;
+    const int x1 = intlim((int)std::floor(left + a.x1 * mnw.scale_x), box[0], box[0] + box[2]);
+    const int y1 = intlim((int)std::floor(bottom + a.y1 * mnw.scale_y), box[1], box[1] + box[3]);
+    const int x2 = intlim((int)std::ceil(left + a.x2 * mnw.scale_x), box[0], box[0] + box[2]);
+    const int y2 = intlim((int)std::ceil(bottom + a.y2 * mnw.scale_y), box[1], box[1] + box[3]);
+    out[0] = x1;
+    out[1] = y1;
+    out[2] = x2 - x1;
+    out[3] = y2 - y1;
 }
 
-static int picture_usable(const map_view& v)
+// Draws the area of the map again, clipped to its pixels, and puts them into the picture.
+static void redraw_area(const canvas_area& dirty, const int box[4])
 {
-    return gl_batching && picture.valid && std::memcmp(&v, &picture.view, sizeof v) == 0 && tables_as_kept();
+    const canvas_area a = widened(dirty, pixel_margin());
+    int r[4];
+    area_pixels(a, box, r);
+    if (r[2] <= 0 || r[3] <= 0) return;
+    OGL_flush();
+    glScissor(r[0], r[1], r[2], r[3]);
+    const canvas_area reach = widened(a, pixel_margin());
+    draw_map(&reach, picture.left_out, picture.low, picture.high);
+    OGL_flush();
+    OGL_bindtex(map_picture_tex);
+    glCopyTexSubImage2D(GL_TEXTURE_2D, 0, r[0] - box[0], r[1] - box[1], r[0], r[1], r[2], r[3]);
+    glScissor(box[0], box[1], box[2], box[3]);
+}
+
+// The map drawn whole; kept as the picture when batches are on, the selected
+// obstacle then left out.
+static void draw_whole(const map_view& v)
+{
+    map_whole_draws++;
+    float low, high;
+    place_vertices();
+    height_range(&low, &high);
+    const int keep = gl_batching && v.box[2] > 0 && v.box[3] > 0;
+    picture.valid = 0;
+    draw_map(nullptr, keep ? msc.obj_sel : -1, low, high);
+    if (!keep) return;
+    OGL_flush();
+    copy_map_picture(v.box);
+    keep_tables();
+    picture.view = v;
+    picture.left_out = msc.obj_sel;
+    picture.sel_row = msc.sel_row;
+    picture.sel_col = msc.sel_col;
+    picture.low = low;
+    picture.high = high;
+    picture.valid = 1;
+}
+
+// The selected obstacle in this frame's colour, then again what the whole
+// drawing puts over it.
+static void draw_selected_on_top()
+{
+    const int sel = msc.obj_sel;
+    float x, y;
+    if (!intrange(sel, 0, obj_cap - 1) || !obstacle_place(sel, &x, &y)) return;
+    OGL_batch_begin();
+    plot_obstacle_symbol(obj_type[sel], obstacle_colour(sel), x, y);
+    OGL_batch_end();
+    canvas_area a = no_area;
+    widen(&a, x, y, symbol_reach_x + pixel_margin(), symbol_reach_y + pixel_margin());
+    draw_obstacles_in(a, sel + 1);
+    draw_coast_in(a);
 }
 
 void plot_TF_terrain()
@@ -459,19 +817,13 @@ void plot_TF_terrain()
     next_flash_colour();
     const map_view v = view_now();
     OGL_scissors(map_x1, map_y1, map_x2 - map_x1, map_y2 - map_y1);
-    if (picture_usable(v)) {
+    canvas_area dirty = no_area;
+    if (picture_usable(v) && grid_changes(&dirty) && obstacle_changes(&dirty)) {
         show_map_picture(v.box);
-        redraw_selected();
+        if (!area_empty(dirty)) redraw_area(dirty, v.box);
     } else {
-        draw_map_whole();
-        picture.valid = 0;
-        if (gl_batching && v.box[2] > 0 && v.box[3] > 0 && note_what_covers_selected()) {
-            OGL_flush();
-            copy_map_picture(v.box);
-            picture.view = v;
-            keep_tables();
-            picture.valid = 1;
-        }
+        draw_whole(v);
     }
+    if (picture.valid) draw_selected_on_top();
     OGL_scissors_end();
 }

@@ -22,4 +22,5 @@ int in_map_area(float x, float y);
 void plot_obstacle_symbol(int kind, int col, float x, float y);
 extern int obj_flash;
 // Forgets the kept picture of the map, so that the next frame draws it whole.
-void drop_map_picture();                         // colour counter of the selected obstacle
+void drop_map_picture();
+extern int map_whole_draws;   // counts the frames that drew the map whole

@@ -248,6 +248,8 @@ static void default_window_size()
 }
 
 static int window_size_asked;   // a resolution preference file gave the size
+static float asked_w, asked_h;  // the size the window is asked to take, in drawable pixels
+static int sized_w, sized_h;    // the window's size as the editor last set it
 
 // The canvas follows the drawable: its place, the display size, the scales,
 // the blend choice and the viewport.
@@ -273,6 +275,7 @@ int MACIBM_setres(int set)
     const float ratio = pixel_ratio();
     platform_fit_inside(&w, &h, (int)(uw * ratio), (int)(uh * ratio));
     SDL_SetWindowSize(win, (int)(w / ratio), (int)(h / ratio));
+    SDL_GetWindowSize(win, &sized_w, &sized_h);
     centre_window();
     refit_canvas();
     return 1;
@@ -286,6 +289,8 @@ static void choose_display_mode()
     window_size_asked = handle_prefs(2, 5, res_path);   // when the resolution file exists it decides
     if (!window_size_asked) default_window_size();
     if (mnw.scr_x < 1 || mnw.scr_y < 1) default_window_size();
+    asked_w = mnw.scr_x;
+    asked_h = mnw.scr_y;
 }
 
 void MACIBM_set_scale()
@@ -359,17 +364,30 @@ static void create_window()
 }
 
 // A window manager tells the size of its frame only once the window is on
-// screen: wait a moment for it, so that the frame counts when the window is
-// sized. With no window manager there is no frame and nothing comes.
-static void wait_for_frame_size()
+// screen, and with no window manager nothing ever comes. The window is sized
+// at once as if it had no frame; for a second from the event pump's first
+// look (the loads come between), the pump looks for the frame and, once it
+// is known, sizes and places the window again as if new, unless its size
+// has changed from outside meanwhile.
+static long long frame_watch_until;   // 0: not watching; -1: from the next look on
+
+static void watch_for_frame() { frame_watch_until = -1; }
+
+static void size_again_when_framed()
 {
-    SDL_Window* win = (SDL_Window*)mnw.hwnd;
-    for (int k = 0; k < 25; k++) {
-        int top = 0;
-        if (SDL_GetWindowBordersSize(win, &top, nullptr, nullptr, nullptr) == 0 && top > 0) return;
-        SDL_PumpEvents();
-        SDL_Delay(10);
-    }
+    if (!frame_watch_until) return;
+    const long long now = platform_monotonic_ms();
+    if (frame_watch_until < 0) frame_watch_until = now + 1000;
+    if (now > frame_watch_until) frame_watch_until = 0;
+    if (!frame_watch_until || window_frame().top <= 0) return;
+    frame_watch_until = 0;
+    int w = 0, h = 0;
+    SDL_GetWindowSize((SDL_Window*)mnw.hwnd, &w, &h);
+    if (w != sized_w || h != sized_h) return;
+    mnw.scr_x = asked_w;
+    mnw.scr_y = asked_h;
+    if (!window_size_asked) default_window_size();
+    MACIBM_setres(1);
 }
 
 static void show_window_and_make_context()
@@ -377,7 +395,7 @@ static void show_window_and_make_context()
     SDL_Window* win = (SDL_Window*)mnw.hwnd;
     if (active_windstyle != 0) {
         SDL_ShowWindow(win);
-        wait_for_frame_size();
+        watch_for_frame();
     }
     if (!window_size_asked) default_window_size();
     MACIBM_setres(1);
@@ -843,6 +861,7 @@ void platform_take_messages()
     int paint_due = 0;
     SDL_Event e;
     while (SDL_PollEvent(&e)) dispatch_event(e, &paint_due);
+    size_again_when_framed();
     if (paint_due) IBM_handlewin(mnw.hwnd, msg_paint, 0, 0);
 }
 

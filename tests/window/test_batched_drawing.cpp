@@ -95,8 +95,8 @@ static void craft_tile(int screen, int textured, int zoom_steps)
     rwy_lat[0] = 33.45f, rwy_lon[0] = -118.52f, rwy_hdng[0] = 35, rwy_len[0] = 9000, rwy_width[0] = 150;
     msc.screen = screen;
     msc.obj_sel = sel;
-    msc.sel_row = 25;
-    msc.sel_col = 42;
+    msc.sel_row = 28;   // under the runway
+    msc.sel_col = 36;
     msc.show_tex = textured;
     for (int k = 0; k < zoom_steps; k++) APPLICATION_handlemenu(cmd_zoom_in);
     assign_terrain_texes(0, 0);
@@ -108,62 +108,66 @@ static void map_frame(int flash)
     plot_TF_terrain();
 }
 
-static int picture_was_shown()
-{
-    GLint bound = 0;
-    glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
-    return bound == 700;
-}
-
 // What a test changes between two frames; each must be seen on the map.
 static void move_north() { obj_lat[sel + 1] += 0.001f; }
 static void move_east() { obj_lon[sel - 1] += 0.001f; }
+static void drag_selected() { obj_lat[sel] += 0.0015f, obj_lon[sel] += 0.001f; }
 static void raise_vertex() { planey[30][40] += 120; }
+static void lift_highest() { planey[30][40] += 1000; }
 static void flood_vertex() { is_water[30][40] = !is_water[30][40]; }
+static void drag_vertex() { planelat[28][36] += 0.004f, planelon[28][36] -= 0.003f; }
+static void select_vertex() { msc.sel_col++; }
 static void toggle_textures() { msc.show_tex = !msc.show_tex; }
 static void select_other() { msc.obj_sel = 40; }
+static void select_next() { msc.obj_sel = sel + 1; }
 static void drop_obstacle() { obj_type[sel + 6] = 0; }
 
 struct map_case {
     int screen, textured, zoom_steps;
     void (*change)();
+    int whole;   // the change has the map drawn whole, not only around it
 };
 
 static const map_case map_cases[] = {
-    {201, 0, 0, move_north},      {201, 1, 0, raise_vertex}, {201, 0, 5, select_other}, {201, 0, 0, move_east},
-    {201, 1, 5, toggle_textures}, {200, 0, 0, drop_obstacle}, {200, 1, 5, flood_vertex},
+    {201, 0, 0, move_north, 0},       {201, 1, 0, raise_vertex, 0}, {201, 0, 5, select_other, 0},
+    {201, 0, 0, move_east, 0},        {201, 1, 5, toggle_textures, 1}, {200, 0, 0, drop_obstacle, 0},
+    {200, 1, 5, flood_vertex, 0},     {201, 0, 0, drag_selected, 0}, {201, 1, 5, drag_selected, 0},
+    {200, 0, 5, drag_vertex, 0},      {200, 1, 0, drag_vertex, 0},  {200, 0, 0, lift_highest, 1},
+    {200, 0, 5, select_vertex, 0},    {201, 0, 0, select_next, 0},
 };
 
 TEST_F(BatchedDrawing, MapAndItsKeptPictureMatchTheWholeDrawing)
 {
     load_stock_textures();
-    for (const map_case& c : map_cases) {
-        SCOPED_TRACE(testing::Message() << "screen " << c.screen << " textured " << c.textured << " zoom steps "
-                                        << c.zoom_steps);
-        craft_tile(c.screen, c.textured, c.zoom_steps);
-        drop_map_picture();
-        // Frame 1 draws the map whole and keeps it; frame 2 shows the kept
-        // picture with the selected obstacle in its next colour; frame 3 comes
-        // after a change and must show it.
-        const auto first = drawn(1, [] { map_frame(5); });
-        OGL_bindtex(154);
-        const auto second = drawn(1, [] { map_frame(20); });
-        EXPECT_TRUE(picture_was_shown());
-        c.change();
-        assign_terrain_texes(0, 0);
-        const auto third = drawn(1, [] { map_frame(30); });
-        craft_tile(c.screen, c.textured, c.zoom_steps);
-        const auto ref_first = drawn(0, [] { map_frame(5); });
-        const auto ref_second = drawn(0, [] { map_frame(20); });
-        c.change();
-        assign_terrain_texes(0, 0);
-        const auto ref_third = drawn(0, [] { map_frame(30); });
-        EXPECT_EQ(pixels_differing(first, ref_first), 0);
-        EXPECT_EQ(pixels_differing(second, ref_second), 0);
-        EXPECT_EQ(pixels_differing(third, ref_third), 0);
-        EXPECT_GT(pixels_differing(ref_second, ref_third), 0);
-        if (c.screen == 201) {
-            EXPECT_GT(pixels_differing(ref_first, ref_second), 0) << "the selected one flashes";
+    for (const float width : {800.0f, 640.0f})   // the canvas at its own size and at 0.8
+        for (const map_case& c : map_cases) {
+            SCOPED_TRACE(testing::Message() << "canvas " << width << ", case " << &c - map_cases);
+            mnw.scr_x = width;
+            mnw.scr_y = width * 0.75f;
+            MACIBM_set_scale();
+            OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
+            craft_tile(c.screen, c.textured, c.zoom_steps);
+            drop_map_picture();
+            // Frame 1 draws the map whole and keeps it; frame 2 shows the kept
+            // picture with the selected obstacle in its next colour; frames 3 and
+            // 4 come after the change, made once and again, and must show it.
+            std::vector<unsigned char> frames[4], ref[4];
+            const int flash[4] = {5, 20, 30, 31};
+            for (int k = 0; k < 4; k++) {
+                if (k >= 2) c.change(), assign_terrain_texes(0, 0);
+                const int whole_before = map_whole_draws;
+                frames[k] = drawn(1, [&] { map_frame(flash[k]); });
+                EXPECT_EQ(map_whole_draws - whole_before, k == 0 ? 1 : k >= 2 ? c.whole : 0) << "frame " << k + 1;
+            }
+            craft_tile(c.screen, c.textured, c.zoom_steps);
+            for (int k = 0; k < 4; k++) {
+                if (k >= 2) c.change(), assign_terrain_texes(0, 0);
+                ref[k] = drawn(0, [&] { map_frame(flash[k]); });
+                EXPECT_EQ(pixels_differing(frames[k], ref[k]), 0) << "frame " << k + 1;
+            }
+            EXPECT_GT(pixels_differing(ref[1], ref[2]), 0);
+            if (c.screen == 201) {
+                EXPECT_GT(pixels_differing(ref[0], ref[1]), 0) << "the selected one flashes";
+            }
         }
-    }
 }
