@@ -4,6 +4,7 @@
 // prompt; each read back from its database file.
 #include "own_display.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -135,13 +136,11 @@ TEST_F(DatabaseFlow, NewGlideslopeKeepsItsSlope)
 
 // A save that cannot be written loses nothing: the old file stays byte for
 // byte, the warning says why, and the quit stays in the editor with the edit,
-// which a later save then writes.
-TEST_F(DatabaseFlow, FailedSaveAtQuitKeepsTheFileAndTheEdit)
+// which a later save then writes once undo (the disk's fault taken away) has run.
+void failed_save_keeps_file_and_edit(const char* warning, const std::function<void()>& undo)
 {
-    write_editor_prefs(202, 0, 0);
     const std::string apt_path = "additional nav data/Earth/apt.dat";
     const std::string before = file_text(apt_path);
-    fs::create_symlink("/dev/full", in_dir(apt_path + ".saving"));   // a disk with no room
     ASSERT_NO_FATAL_FAILURE(start_xvfb("800x600x24"));
     ASSERT_NO_FATAL_FAILURE(start_program());
     ASSERT_TRUE(screen_ready(whole_screen));
@@ -152,7 +151,7 @@ TEST_F(DatabaseFlow, FailedSaveAtQuitKeepsTheFileAndTheEdit)
     ASSERT_TRUE(send_close(run.display, run.window));
     usleep(500000);
     click(prompt_save);
-    ASSERT_TRUE(eventually([] { return file_text("Error.out").find("Is the disk full?") != std::string::npos; }))
+    ASSERT_TRUE(eventually([&] { return file_text("Error.out").find(warning) != std::string::npos; }))
         << "no warning of the failed save";
     xdo("key Return");   // O.K.
     usleep(500000);
@@ -160,8 +159,48 @@ TEST_F(DatabaseFlow, FailedSaveAtQuitKeepsTheFileAndTheEdit)
     EXPECT_EQ(file_text(apt_path), before);
     EXPECT_NE(file_text("Error.out").find(in_dir(apt_path)), std::string::npos) << "the warning names no path";
 
-    quit_saving();   // the link is gone with the failed file: now there is room
+    undo();
+    quit_saving();
     EXPECT_NE(file_text(apt_path).find("Keptfield"), std::string::npos);
+}
+
+// The tests run as root, whom file modes do not stop: a folder is made
+// read-only, and a file made one that cannot be replaced, by mounts.
+bool mount_over(const std::string& rel, const char* options)
+{
+    const std::string at = "'" + in_dir(rel) + "'";
+    return std::system(("mount --bind " + at + " " + at + " 2>/dev/null").c_str()) == 0 &&
+           (!*options || std::system(("mount -o remount,bind," + std::string(options) + " " + at).c_str()) == 0);
+}
+
+void unmount(const std::string& rel) { std::system(("umount '" + in_dir(rel) + "' 2>/dev/null").c_str()); }
+
+TEST_F(DatabaseFlow, FailedSaveOnAFullDiskKeepsTheFileAndTheEdit)
+{
+    write_editor_prefs(202, 0, 0);
+    fs::create_symlink("/dev/full", in_dir("additional nav data/Earth/apt.dat.saving"));   // no room
+    failed_save_keeps_file_and_edit("Is the disk full?", [] {});   // the link goes with the failed file
+}
+
+TEST_F(DatabaseFlow, FailedSaveInAReadOnlyFolderKeepsTheFileAndTheEdit)
+{
+    write_editor_prefs(202, 0, 0);
+    const std::string folder = "additional nav data/Earth";
+    if (!mount_over(folder, "ro")) GTEST_SKIP() << "no read-only folder: this system refuses the test a bind mount";
+    failed_save_keeps_file_and_edit("I could not save the file!", [&] { unmount(folder); });
+    unmount(folder);   // when the run stopped short of its own
+}
+
+// A file that is a mount point cannot be renamed over: the new file is whole,
+// the last step fails.
+TEST_F(DatabaseFlow, FailedRenameKeepsTheFileAndTheEdit)
+{
+    write_editor_prefs(202, 0, 0);
+    const std::string file = "additional nav data/Earth/apt.dat";
+    if (!mount_over(file, "")) GTEST_SKIP() << "no file to fail a rename: this system refuses the test a bind mount";
+    failed_save_keeps_file_and_edit("I could not put the saved file in the place of the old one!",
+                                     [&] { unmount(file); });
+    unmount(file);
 }
 
 }   // namespace
