@@ -20,4 +20,6 @@ int runway_near_tile(int r);                  // the runway's centre lies within
 void runway_corner(int r, int k, float* lon, float* lat);   // corner k = 0..3
 int in_map_area(float x, float y);
 void plot_obstacle_symbol(int kind, int col, float x, float y);
-extern int obj_flash;                         // colour counter of the selected obstacle
+extern int obj_flash;
+// Forgets the kept picture of the map, so that the next frame draws it whole.
+void drop_map_picture();                         // colour counter of the selected obstacle

@@ -49,6 +49,14 @@ void tile_file_path(char* out)
 
 // ---- coast --------------------------------------------------------------------------
 
+static void too_many_coast_points()
+{
+    char tell[path_len];   // the alert keeps one line in as many characters
+    std::snprintf(tell, sizeof tell, "Please tell the makers of Norvane about this tile at once, and send them the log %s.",
+                  error_log_path());
+    MACIBM_alert("Too many coastline points!", tell, "", "", 108);
+}
+
 void read_coast()
 {
     msc.coast_num = 0;
@@ -61,9 +69,7 @@ void read_coast()
         float lat, lon;
         while (inf[inf_use] >> lat >> lon) {
             if (!fltbox(lat, lon, msc.lat, msc.lon, msc.lat + 1, msc.lon + 1)) continue;
-            if (msc.coast_num >= coast_cap)
-                MACIBM_alert("Too many coastline points!",
-                             "Please tell the makers of Norvane about this tile at once.", "", "", 108);
+            if (msc.coast_num >= coast_cap) too_many_coast_points();
             coast_lat[msc.coast_num] = lat;
             coast_lon[msc.coast_num] = lon;
             msc.coast_num++;

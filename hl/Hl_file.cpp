@@ -5,6 +5,9 @@
 #include "platform/Hl_mnw.h"
 
 #include <cerrno>
+#include <charconv>
+#include <climits>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <iomanip>
@@ -34,11 +37,15 @@ static void colons_to_separators(char* path)
         if (path[k] == ':') path[k] = path_sep;
 }
 
-// Reads a whole file into text. Returns 0 when it cannot be opened.
+// Reads a whole file into text, which keeps its room from one file to the
+// next. Returns 0 when it cannot be opened.
 static int slurp_file(const char* path, std::string& text)
 {
     FILE* f = std::fopen(path, "rb");
     if (!f) return 0;
+    text.clear();
+    struct stat st;
+    if (fstat(fileno(f), &st) == 0 && st.st_size > 0) text.reserve((size_t)st.st_size);
     char block[65536];
     size_t got;
     while ((got = std::fread(block, 1, sizeof block, f)) > 0) text.append(block, got);
@@ -84,6 +91,7 @@ static void wrong_version_alert(const char* path)
 }
 
 static char inf_name[2][path_len];   // the file each input stream holds, for the scan alert
+static std::string inf_text[2];      // the bytes each input stream reads, in place
 
 int inf_open(char* path, int kind, int version, int complain)
 {
@@ -92,10 +100,11 @@ int inf_open(char* path, int kind, int version, int complain)
     C_to_C(path, inf_name[inf_use]);
     std::istringstream& in = inf[inf_use];
     inf_is_bin = is_binary_kind(kind);
-    std::string text;
+    std::string& text = inf_text[inf_use];
     if (!slurp_file(path, text)) return 0;
     if (!inf_is_bin) fold_crlf(text);
-    in.str(std::move(text));
+    // The stream reads the text where it lies: no copy of the file is made.
+    in.rdbuf()->pubsetbuf(&text[0], (std::streamsize)text.size());
     in.clear();
 
     int letter = read_head_letter(in, inf_is_bin);
@@ -217,7 +226,7 @@ static void scan_place(char* out, int size)
         std::snprintf(out, size, "%s, byte %lld", inf_name[inf_use], at);
         return;
     }
-    const std::string& text = in.str();
+    const std::string& text = inf_text[inf_use];
     const size_t end = at < 0 ? text.size() : (size_t)at;
     long long line = 1;
     for (size_t k = 0; k < end && k < text.size(); k++) line += text[k] == '\n';
@@ -239,11 +248,129 @@ static void read_binary4(void* dest)
     if (rev_inf_bin) rev_byte_order4(dest);
 }
 
+// ---- numbers in text -------------------------------------------------------------------
+// The stream's own extraction of numbers goes through its locale for every
+// character and converts with strtof; a load of the databases spends most of
+// its time there. These do the same work on the stream's buffer: the same
+// white space skipped, the same characters taken, the same value, and the same
+// failbit and eofbit left on the stream.
+
+static int is_white(int c) { return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r'; }
+
+// As the stream's sentry: 0, with failbit (and eofbit at the end of the
+// text), when there is nothing left to read.
+static int skip_white(std::istream& in, int skip)
+{
+    if (!in.good()) {
+        in.setstate(std::ios::failbit);
+        return 0;
+    }
+    std::streambuf* sb = in.rdbuf();
+    int c = sb->sgetc();
+    while (skip && c != EOF && is_white(c)) c = sb->snextc();
+    if (c != EOF) return 1;
+    in.setstate(std::ios::eofbit | std::ios::failbit);
+    return 0;
+}
+
+static void mark_end(std::istream& in)
+{
+    if (in.rdbuf()->sgetc() == EOF) in.setstate(std::ios::eofbit);
+}
+
+int text_int(std::istream& in)
+{
+    if (!skip_white(in, 1)) return 0;
+    std::streambuf* sb = in.rdbuf();
+    int c = sb->sgetc();
+    const int negative = c == '-';
+    if (c == '-' || c == '+') c = sb->snextc();
+    unsigned long long magnitude = 0;   // stops growing far beyond any int
+    int digits = 0;
+    for (; c >= '0' && c <= '9'; c = sb->snextc(), digits++)
+        if (magnitude < 1000000000000ULL) magnitude = magnitude * 10 + (unsigned)(c - '0');
+    int v = 0;
+    if (!digits) in.setstate(std::ios::failbit);
+    else if (negative && magnitude > 2147483648ULL) v = INT_MIN, in.setstate(std::ios::failbit);
+    else if (!negative && magnitude > 2147483647ULL) v = INT_MAX, in.setstate(std::ios::failbit);
+    else v = negative ? (int)(0 - (long long)magnitude) : (int)magnitude;
+    mark_end(in);
+    return v;
+}
+
+// Takes the characters of a float as the stream does: a sign, digits with at
+// most one point, then after a digit an e or E with a sign and digits. Gives 1
+// when they form a whole number; an e with no digits after it does not.
+static int take_float_text(std::streambuf* sb, std::string& text, int* all_zero)
+{
+    text.clear();
+    int c = sb->sgetc();
+    if (c == '+' || c == '-') {
+        text += (char)c;
+        c = sb->snextc();
+    }
+    int mantissa = 0, point = 0, exponent = 0, exponent_digits = 0;
+    *all_zero = 1;
+    while (c != EOF) {
+        if (c >= '0' && c <= '9') {
+            text += (char)c;
+            if (exponent) exponent_digits = 1;
+            else mantissa = 1, *all_zero &= c == '0';
+        } else if (c == '.' && !point && !exponent) {
+            text += '.';
+            point = 1;
+        } else if ((c == 'e' || c == 'E') && !exponent && mantissa) {
+            text += 'e';
+            exponent = 1;
+            c = sb->snextc();
+            if (c != '+' && c != '-') continue;
+            text += (char)c;
+        } else {
+            break;
+        }
+        c = sb->snextc();
+    }
+    return mantissa && (!exponent || exponent_digits);
+}
+
+float text_float(std::istream& in)
+{
+    static std::string text;
+    if (!skip_white(in, 1)) return 0;
+    int all_zero;
+    const int whole = take_float_text(in.rdbuf(), text, &all_zero);
+    mark_end(in);
+    if (!whole) {
+        in.setstate(std::ios::failbit);
+        return 0;
+    }
+    const int sign = text[0] == '+' || text[0] == '-';
+    float v = 0;
+    const auto got = std::from_chars(text.data() + sign, text.data() + text.size(), v);
+    if (got.ec == std::errc() && (std::isnormal(v) || all_zero)) return text[0] == '-' ? -v : v;
+    // Beyond the normal floats (overflow, underflow, subnormals) the stream's
+    // own conversion decides, with the failbit it sets.
+    static std::istringstream rare;
+    rare.clear();
+    rare.str(text);
+    rare >> v;
+    if (rare.fail()) in.setstate(std::ios::failbit);
+    return v;
+}
+
+// One character as the stream's get() takes it.
+static int text_char(std::istream& in, char* c)
+{
+    if (!skip_white(in, 0)) return 0;
+    *c = (char)in.rdbuf()->sbumpc();
+    return 1;
+}
+
 int intscan(const char* label)
 {
     int v = 0;
     if (inf_is_bin) read_binary4(&v);
-    else inf[inf_use] >> v;
+    else v = text_int(inf[inf_use]);
     scancheck(label);
     return v;
 }
@@ -252,7 +379,7 @@ float fltscan(const char* label)
 {
     float v = 0;
     if (inf_is_bin) read_binary4(&v);
-    else inf[inf_use] >> v;
+    else v = text_float(inf[inf_use]);
     scancheck(label);
     return v;
 }
@@ -262,7 +389,8 @@ int bolscan(const char* label) { return intscan(label) == 1; }
 static char scan_char(const char* label)
 {
     char c = 0;
-    inf[inf_use].get(c);
+    if (inf_is_bin) inf[inf_use].get(c);
+    else text_char(inf[inf_use], &c);
     scancheck(label);
     return c;
 }
@@ -350,7 +478,7 @@ void fio_rwy_line(float* lat, float* lon, int* num, char* lcr, float* hdng,
         *lat = fltscan("scan rwy rwy_lat");
         *lon = fltscan("scan rwy rwy_lon");
         *num = intscan("scan rwy rwy_num");
-        inf[inf_use] >> *lcr;   // one character, white space skipped, no check
+        if (skip_white(inf[inf_use], 1)) *lcr = (char)inf[inf_use].rdbuf()->sbumpc();   // no check
         *hdng = fltwrap(fltscan("scan rwy rwy_hdng"), 0, 360);
         *len = fltscan("scan rwy rwy_len");
         *width = fltscan("scan rwy rwy_width");

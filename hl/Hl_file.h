@@ -39,6 +39,10 @@ void scancheck(const char* label);
 int intscan(const char* label);
 float fltscan(const char* label);
 int bolscan(const char* label);
+// A number from text exactly as the stream's >> takes it (value, characters
+// taken, failbit and eofbit), without the stream's locale machinery.
+int text_int(std::istream& in);
+float text_float(std::istream& in);
 void wrdscan(char* dest, const char* label, int len, int fixed);
 void strscan(char* dest, const char* label, int len);
 

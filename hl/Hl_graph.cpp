@@ -62,11 +62,23 @@ void OGL_assign_colortable()
 
 // ---- state -----------------------------------------------------------------------------------
 
-// Turns one switch on or off, only when OpenGL says it stands otherwise.
-static void set_switch(GLenum cap, int on)
+// What this layer last set in the current context, so that a call that would
+// change nothing is left out. -1: not known (a fresh context).
+enum { gs_fog, gs_texture, gs_lighting, gs_light0, gs_alpha, gs_blend, gs_depth, gs_dwrite, gs_count };
+static int state_known[gs_count] = {-1, -1, -1, -1, -1, -1, -1, -1};
+static int bound_texture = -1;
+
+void OGL_forget_state()
 {
-    int is_on = glIsEnabled(cap) ? 1 : 0;
-    if (is_on == on) return;
+    for (int& s : state_known) s = -1;
+    bound_texture = -1;
+}
+
+// Turns one switch on or off, only when it stands otherwise.
+static void set_switch(int which, GLenum cap, int on)
+{
+    if (state_known[which] == on) return;
+    state_known[which] = on;
     if (on) glEnable(cap);
     else glDisable(cap);
 }
@@ -74,14 +86,19 @@ static void set_switch(GLenum cap, int on)
 void OGL_setstate(int fog, int texture, int lighting, int alpha_test, int blend,
                   int depth_test, int depth_write)
 {
-    set_switch(GL_FOG, fog == sw_fog_on);
-    set_switch(GL_TEXTURE_2D, texture == sw_tex_on);
-    set_switch(GL_LIGHTING, lighting == sw_light_on);
-    set_switch(GL_LIGHT0, lighting == sw_light_on);
-    set_switch(GL_ALPHA_TEST, alpha_test == sw_alpha_on);
-    set_switch(GL_BLEND, blend == sw_blend_on);
-    set_switch(GL_DEPTH_TEST, depth_test == sw_depth_on);
-    glDepthMask(depth_write == sw_dwrite_on ? GL_TRUE : GL_FALSE);
+    OGL_flush();
+    set_switch(gs_fog, GL_FOG, fog == sw_fog_on);
+    set_switch(gs_texture, GL_TEXTURE_2D, texture == sw_tex_on);
+    set_switch(gs_lighting, GL_LIGHTING, lighting == sw_light_on);
+    set_switch(gs_light0, GL_LIGHT0, lighting == sw_light_on);
+    set_switch(gs_alpha, GL_ALPHA_TEST, alpha_test == sw_alpha_on);
+    set_switch(gs_blend, GL_BLEND, blend == sw_blend_on);
+    set_switch(gs_depth, GL_DEPTH_TEST, depth_test == sw_depth_on);
+    const int dwrite = depth_write == sw_dwrite_on;
+    if (state_known[gs_dwrite] != dwrite) {
+        state_known[gs_dwrite] = dwrite;
+        glDepthMask(dwrite ? GL_TRUE : GL_FALSE);
+    }
     if (lighting == sw_light_off) OGL_setcolorINDEX(col_lights_off, 1.0f);
 }
 
@@ -89,6 +106,7 @@ void OGL_viewport(int mode, float left, float bottom, float right, float top,
                   float vx1, float vy1, float vx2, float vy2,
                   float znear, float zfar, float zoom)
 {
+    OGL_flush();
     float width = vx2 - vx1;
     float height = vy2 - vy1;
     glMatrixMode(GL_PROJECTION);
@@ -106,9 +124,9 @@ void OGL_viewport(int mode, float left, float bottom, float right, float top,
 
 void OGL_bindtex(int id)
 {
-    static int bound = -1;
-    if (id == bound) return;
-    bound = id;
+    if (id == bound_texture) return;
+    OGL_flush();
+    bound_texture = id;
     glBindTexture(GL_TEXTURE_2D, (GLuint)id);
 }
 
@@ -119,6 +137,7 @@ void OGL_setcolorINDEX(int col, float alpha)
         for (int k = 0; k < 3; k++) current_rgb[k] = (unsigned char)intround(rgb[k] * 255.0f);
         return;
     }
+    OGL_flush();
     if (col < 50) {
         rgb[0] *= r_manual_lighting;
         rgb[1] *= g_manual_lighting;
@@ -130,6 +149,7 @@ void OGL_setcolorINDEX(int col, float alpha)
 
 void OGL_setcolorRGBA(float r, float g, float b, float alpha, int skip_lighting)
 {
+    OGL_flush();
     if (!skip_lighting) {
         r *= r_manual_lighting;
         g *= g_manual_lighting;
@@ -138,17 +158,34 @@ void OGL_setcolorRGBA(float r, float g, float b, float alpha, int skip_lighting)
     glColor4f(r * rgb_gload, g * rgb_gload, b * rgb_gload, alpha);
 }
 
-void OGL_scissors(float x, float y, float w, float h)
+void OGL_scissor_box(float x, float y, float w, float h, int box[4])
 {
-    glEnable(GL_SCISSOR_TEST);
-    glScissor(canvas_place.left + (int)((mnw.win_x + x) * mnw.scale_x),
-              canvas_place.bottom + (int)((mnw.win_y + y) * mnw.scale_y),
-              (int)(w * mnw.scale_x), (int)(h * mnw.scale_y));
+    box[0] = canvas_place.left + (int)((mnw.win_x + x) * mnw.scale_x);
+    box[1] = canvas_place.bottom + (int)((mnw.win_y + y) * mnw.scale_y);
+    box[2] = (int)(w * mnw.scale_x);
+    box[3] = (int)(h * mnw.scale_y);
 }
 
-void OGL_scissors_end() { glDisable(GL_SCISSOR_TEST); }
+void OGL_scissors(float x, float y, float w, float h)
+{
+    OGL_flush();
+    int box[4];
+    OGL_scissor_box(x, y, w, h, box);
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(box[0], box[1], box[2], box[3]);
+}
 
-void OGL_sbuf() { platform_swap(active_dc); }
+void OGL_scissors_end()
+{
+    OGL_flush();
+    glDisable(GL_SCISSOR_TEST);
+}
+
+void OGL_sbuf()
+{
+    OGL_flush();
+    platform_swap(active_dc);
+}
 
 // ---- primitives --------------------------------------------------------------------------------
 
@@ -157,6 +194,84 @@ static void flat_state(int col)
     OGL_setstate(sw_fog_off, sw_tex_off, sw_light_off, sw_alpha_off, sw_blend_off,
                  sw_depth_off, sw_dwrite_off);
     OGL_setcolorINDEX(col, 1.0f);
+}
+
+// ---- batches of flat primitives ---------------------------------------------------------
+// Between OGL_batch_begin and OGL_batch_end, lines and filled rectangles of one
+// colour are gathered and go out together, in one call for each kind. Within a
+// batch every primitive is opaque and of the same colour, so the order in which
+// they reach the pixels changes nothing. Anything else that draws or changes
+// state sends the batch out first.
+
+int gl_batching = 1;
+static int batch_depth;                     // nested OGL_batch_begin calls
+const int batch_cap = 8192;                 // vertices of each kind
+static float batch_rgb[3];
+static float line_xy[batch_cap * 2];
+static float point_xy[batch_cap * 2];
+static float tri_xy[batch_cap * 2];
+static int line_n, point_n, tri_n;          // vertices held
+
+static void draw_held(GLenum mode, const float* xy, int n)
+{
+    if (n == 0) return;
+    glVertexPointer(2, GL_FLOAT, 0, xy);
+    glDrawArrays(mode, 0, n);
+}
+
+void OGL_flush()
+{
+    if (line_n + point_n + tri_n == 0) return;
+    glColor3fv(batch_rgb);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    draw_held(GL_TRIANGLES, tri_xy, tri_n);
+    draw_held(GL_LINES, line_xy, line_n);
+    draw_held(GL_POINTS, point_xy, point_n);
+    glDisableClientState(GL_VERTEX_ARRAY);
+    line_n = point_n = tri_n = 0;
+}
+
+void OGL_batch_begin()
+{
+    if (gl_batching) batch_depth++;
+}
+
+void OGL_batch_end()
+{
+    if (batch_depth == 0) return;
+    if (--batch_depth == 0) OGL_flush();
+}
+
+// The colour as OGL_setcolorINDEX sends it for an opaque primitive.
+static void opaque_rgb(int col, float rgb[3])
+{
+    const float f[3] = {r_manual_lighting, g_manual_lighting, b_manual_lighting};
+    for (int k = 0; k < 3; k++) rgb[k] = col < 50 ? col_rgb[col][k] * f[k] : col_rgb[col][k];
+}
+
+// Makes room for the vertices of one more primitive of colour col, sending out
+// what is held first when the colour differs or a store is full.
+static void batch_room(int col, int lines, int points, int tris)
+{
+    float rgb[3];
+    opaque_rgb(col, rgb);
+    const int held = line_n + point_n + tri_n;
+    const int same = held && rgb[0] == batch_rgb[0] && rgb[1] == batch_rgb[1] && rgb[2] == batch_rgb[2];
+    const int full = line_n + lines > batch_cap || point_n + points > batch_cap || tri_n + tris > batch_cap;
+    if (same && !full) return;
+    OGL_flush();
+    if (!same) {
+        OGL_setstate(sw_fog_off, sw_tex_off, sw_light_off, sw_alpha_off, sw_blend_off,
+                     sw_depth_off, sw_dwrite_off);
+        for (int k = 0; k < 3; k++) batch_rgb[k] = rgb[k];
+    }
+}
+
+static void hold(float* store, int* n, float x, float y)
+{
+    store[*n * 2] = x;
+    store[*n * 2 + 1] = y;
+    (*n)++;
 }
 
 void BUF_point(int x, int y)
@@ -185,14 +300,22 @@ static void array_line(float x1, float y1, float x2, float y2)
 
 void OGL_line(int col, float x1, float y1, float x2, float y2)
 {
-    flat_state(col);
     x1 += mnw.win_x; y1 += mnw.win_y;
     x2 += mnw.win_x; y2 += mnw.win_y;
     if (to_array) {
+        flat_state(col);
         array_line(x1, y1, x2, y2);
         return;
     }
     // Line rasterisation leaves out the last pixel: a point closes it.
+    if (batch_depth) {
+        batch_room(col, 2, 1, 0);
+        hold(line_xy, &line_n, x1 + 0.5f, y1 + 0.5f);
+        hold(line_xy, &line_n, x2 + 0.5f, y2 + 0.5f);
+        hold(point_xy, &point_n, x2 + 0.5f, y2 + 0.5f);
+        return;
+    }
+    flat_state(col);
     glBegin(GL_LINES);
     glVertex2f(x1 + 0.5f, y1 + 0.5f);
     glVertex2f(x2 + 0.5f, y2 + 0.5f);
@@ -204,31 +327,35 @@ void OGL_line(int col, float x1, float y1, float x2, float y2)
 
 void OGL_fillrect(int col, float x, float y, float w, float h)
 {
-    flat_state(col);
     x += mnw.win_x;
     y += mnw.win_y;
     if (to_array) {
+        flat_state(col);
         int xe = intround(x + w), ye = intround(y + h);
         for (int px = intround(x); px < xe; px++)
             for (int py = intround(y); py < ye; py++) BUF_point(px, py);
         return;
     }
+    const float corner[6][2] = {{x, y}, {x, y + h}, {x + w, y + h}, {x + w, y + h}, {x + w, y}, {x, y}};
+    if (batch_depth) {
+        batch_room(col, 0, 0, 6);
+        for (const auto& c : corner) hold(tri_xy, &tri_n, c[0], c[1]);
+        return;
+    }
+    flat_state(col);
     glBegin(GL_TRIANGLES);
-    glVertex2f(x, y);
-    glVertex2f(x, y + h);
-    glVertex2f(x + w, y + h);
-    glVertex2f(x + w, y + h);
-    glVertex2f(x + w, y);
-    glVertex2f(x, y);
+    for (const auto& c : corner) glVertex2f(c[0], c[1]);
     glEnd();
 }
 
 void OGL_framerect(int col, float x, float y, float w, float h)
 {
+    OGL_batch_begin();
     OGL_line(col, x, y, x, y + h);
     OGL_line(col, x, y + h, x + w, y + h);
     OGL_line(col, x + w, y + h, x + w, y);
     OGL_line(col, x + w, y, x, y);
+    OGL_batch_end();
 }
 
 // Always on OpenGL: nothing draws a quad while a panel is being baked.
@@ -538,10 +665,13 @@ static void stage_tile(int c, int r)
                     (size_t)columns * 4);
 }
 
+int panel_generation;
+
 // Only page 0 exists: rgb_array holds one panel.
 void load_rgbarray_into_baktex(int page)
 {
     (void)page;
+    panel_generation++;
     const GLint filter = use_blend ? GL_LINEAR : GL_NEAREST;
     const GLint wrap = use_blend ? GL_CLAMP : GL_REPEAT;
     for (int c = 0; c < tile_cols; c++)

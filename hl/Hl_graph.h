@@ -52,9 +52,28 @@ void OGL_setcolorINDEX(int col, float alpha);
 void OGL_setcolorRGBA(float r, float g, float b, float alpha, int skip_lighting);
 void OGL_assigncolor(int col, float r, float g, float b);
 void OGL_assign_colortable();          // every fixed entry; the pulsing ones stay as they are
+// The scissor box of a canvas rectangle in window pixels: x, y, width, height.
+void OGL_scissor_box(float x, float y, float w, float h, int box[4]);
 void OGL_scissors(float x, float y, float w, float h);
 void OGL_scissors_end();
 void OGL_sbuf();
+
+// A new OpenGL context starts with nothing known of its state.
+void OGL_forget_state();
+
+// ---- batches -----------------------------------------------------------------------------------
+// Between OGL_batch_begin and OGL_batch_end (they nest), OGL_line and
+// OGL_fillrect gather runs of one colour and draw each run in one call; the
+// pixels are those of drawing one primitive at a time. Every other drawing or
+// state call of this layer sends out what is held first, and so must any
+// direct OpenGL drawing: it follows an OGL_ state or colour call, or OGL_flush.
+void OGL_batch_begin();
+void OGL_batch_end();
+void OGL_flush();
+// 1 (the default): batches and the map's kept picture are used. 0: every
+// primitive goes out on its own and the map is drawn whole on every frame,
+// the reference that the batched picture is checked against.
+extern int gl_batching;
 
 // ---- primitives, window-relative -------------------------------------------------------------
 void OGL_line(int col, float x1, float y1, float x2, float y2);
@@ -88,6 +107,7 @@ int font_cell(int c, int font);            // the atlas cell that font draws c f
 
 // ---- the background panel -----------------------------------------------------------------------
 void load_rgbarray_into_baktex(int page);
+extern int panel_generation;           // counts the panels loaded, so that a change of panel shows
 void OGL_plot_background();
 
 // ---- the airport diagram -------------------------------------------------------------------------

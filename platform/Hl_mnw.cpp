@@ -79,11 +79,55 @@ void fill_constants()
     con.nm_to_m = con.ft_to_m * 6076.1155f;
 }
 
-static void open_error_log()
+// ---- the log -----------------------------------------------------------------------
+
+char err_path[500];
+
+// $XDG_STATE_HOME/Norvane/, or $HOME/.local/state/Norvane/ when that is unset.
+void platform_state_folder(char* out)
+{
+    const char* xdg = std::getenv("XDG_STATE_HOME");
+    const char* home = std::getenv("HOME");
+    if (xdg && *xdg) std::snprintf(out, path_len, "%s/Norvane/", xdg);
+    else std::snprintf(out, path_len, "%s/.local/state/Norvane/", home ? home : ".");
+}
+
+// Makes the folder and every folder above it that is missing.
+static void make_folders(const char* folder)
+{
+    char part[path_len];
+    C_to_C(folder, part);
+    for (char* p = part + 1; *p; p++) {
+        if (*p != path_sep) continue;
+        *p = 0;
+        mkdir(part, 0755);
+        *p = path_sep;
+    }
+}
+
+static int open_log_in(const char* folder, std::ios::openmode mode)
+{
+    std::snprintf(err_path, sizeof err_path, "%sError.out", folder);
+    err.clear();
+    err.open(err_path, std::ios::out | mode);
+    return err.is_open();
+}
+
+void open_error_log(int fresh)
 {
     if (err.is_open()) err.close();
-    err.clear();
-    err.open("Error.out", std::ios::out | std::ios::trunc);
+    const std::ios::openmode mode = fresh ? std::ios::trunc : std::ios::app;
+    if (app_path[0] && open_log_in(app_path, mode)) return;
+    char state[path_len];
+    platform_state_folder(state);
+    make_folders(state);
+    open_log_in(state, mode);
+}
+
+const char* error_log_path()
+{
+    if (!err.is_open()) open_error_log(0);
+    return err_path;
 }
 
 // ---- the window as the display -------------------------------------------------------
@@ -347,6 +391,7 @@ static void show_window_and_make_context()
                      alert_fatal);
     if (SDL_GL_MakeCurrent(win, gl_context) != 0)
         MACIBM_alert("SetPixelFormat failed.", sdl_error_line(), "", "", alert_fatal);
+    OGL_forget_state();
     SDL_GL_SetSwapInterval(1);   // frames come as fast as the display takes them
     SDL_StopTextInput();         // keys come as key codes only
 }
@@ -467,9 +512,9 @@ void MACIBM_init()
         MACIBM_alert("Can't create window!", sdl_error_line(), "", "", alert_fatal);
     std::memset(&mnw, 0, sizeof mnw);
     std::memset(&con, 0, sizeof con);
-    open_error_log();
     inf_use = 0;
     build_paths();
+    open_error_log(1);
     fill_constants();
     OGL_assign_colortable();
     choose_display_mode();

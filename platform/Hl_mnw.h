@@ -5,6 +5,13 @@
 #include <fstream>
 
 extern std::ofstream err;      // the log "Error.out", one line for each alert
+extern char err_path[500];     // where the log is: see open_error_log
+
+// Opens the log "Error.out" in the program's folder, or where that can't be
+// written in the state folder; fresh empties it, else lines are added.
+void open_error_log(int fresh);
+// The log's path, opening it first when it isn't open.
+const char* error_log_path();
 extern int ogl_ready;          // 1 from the moment the system can draw its own alerts
 
 extern char g_cs1[500], g_cs2[500], g_cs3[500], g_cs4[500];   // the four alert lines
@@ -39,6 +46,7 @@ void MACIBM_button(float x1, float y1, float x2, float y2, int raised);
 // Platform answers used by the start-up.
 void platform_app_folder(char* out);          // folder of the running program, closing separator
 void platform_preference_folder(char* out);   // folder of the preference files, closing separator
+void platform_state_folder(char* out);        // $XDG_STATE_HOME/Norvane/ or ~/.local/state/Norvane/
 int platform_last_error();
 
 // The process instance and show-window value that the entry hands over.

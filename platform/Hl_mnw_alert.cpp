@@ -48,7 +48,7 @@ static void double_bevel(float x1, float y1, float x2, float y2, int raised)
 // number, and the log shows it as the alert does.
 static void log_alert(const char* l1, const char* l2, const char* l3, const char* l4)
 {
-    if (!err.is_open()) err.open("Error.out", std::ios::out | std::ios::app);
+    if (!err.is_open()) open_error_log(0);
     err << "MACIBM_alert: " << l1 << " " << l2 << " " << l3 << " " << l4
         << ", GetLastError=" << platform_last_error() << ", winerror.h for strings" << line_end;
     err.flush();
@@ -204,16 +204,22 @@ void bake_splash()
 
 // The progress block: with 0 the row of slots is baked; with 1 the block moves
 // one slot to the right, up to the last slot at 601. Nothing once the splash
-// has gone.
+// has gone. The loads call this hundreds of times in a fraction of a second:
+// the block is shown only when a display's frame (16 ms) has passed since it
+// was last shown, since each showing costs a whole repaint and a swap.
 void MACIBM_showinit(int advance)
 {
     static float p = 6;
+    static long long shown_ms = -1000;
     if (mnw.win_id != -1) return;
     if (advance == 0) {
         bake_progress_slots();
         return;
     }
     p = fltlim(p + 5, 0, 601);
+    const long long now = platform_clock_ms();
+    if (now - shown_ms < 16 && now >= shown_ms) return;
+    shown_ms = now;
     OGL_plot_background();
     OGL_fillrect(col_block, p, 7, 2, 5);
     OGL_line(1, p, 12, p + 2, 12);

@@ -2,10 +2,9 @@
 // program on an X server of its own, sized by itself or by the resolution
 // preference, resized from outside, and clicked through xdotool where a
 // control stands at the window's scale. The monitor's mode never changes.
-#include "own_display.h"
+#include "real_program.h"
 
-using namespace own_display;
-namespace fs = std::filesystem;
+using namespace real_program;
 
 namespace {
 
@@ -16,7 +15,7 @@ std::vector<unsigned long> lamp_pixels(const window_box& b, int tool)
 {
     const screen_point top_left = on_screen(b, lamp_x, lamp_y[tool] + 9);
     const screen_point bottom_right = on_screen(b, lamp_x + 9, lamp_y[tool]);
-    return grab(top_left.x, top_left.y, bottom_right.x - top_left.x + 1, bottom_right.y - top_left.y + 1);
+    return grab_root(top_left.x, top_left.y, bottom_right.x - top_left.x + 1, bottom_right.y - top_left.y + 1);
 }
 
 // A click in the middle of a lamp lights it.
@@ -31,10 +30,11 @@ bool click_lights_lamp(window_box b, int tool)
         }))
         return false;
     if (!screen_ready(b)) return false;
-    park(b);
+    const screen_point rest = on_screen(b, 760, 560), middle = on_screen(b, lamp_x + 5, lamp_y[tool] + 5);
+    auto mouse_to = [](screen_point p) { return "mousemove " + std::to_string(p.x) + " " + std::to_string(p.y); };
+    xdo(mouse_to(rest) + " sleep 0.3");
     const std::vector<unsigned long> before = lamp_pixels(b, tool);
-    click_at(on_screen(b, lamp_x + 5, lamp_y[tool] + 5));
-    park(b);
+    xdo(mouse_to(middle) + " sleep 0.2 click 1 " + mouse_to(rest));
     return eventually([&] { return lamp_pixels(b, tool) != before; });
 }
 
@@ -42,10 +42,8 @@ bool click_lights_lamp(window_box b, int tool)
 // the kind letter, the version and its word, latitude and longitude.
 int tool_after_quit()
 {
-    EXPECT_TRUE(send_close(run.display, run.window));
-    const int status = exit_status(run.program, 300);
-    EXPECT_EQ(status, 0) << "the program did not end on the close";
-    run.program = 0;
+    send_close();
+    EXPECT_EQ(exit_status(300), 0) << "the program did not end on the close";
     std::ifstream in(in_dir("config/Norvane/Norvane Tile-Forger.prf"));
     std::string token;
     for (int k = 0; k < 6 && in >> token; k++) {
@@ -53,10 +51,7 @@ int tool_after_quit()
     return in ? std::atoi(token.c_str()) : -1;
 }
 
-struct WindowSize : ::testing::Test {
-    void SetUp() override { stage_run(); }
-    void TearDown() override { end_run(HasFailure()); }
-};
+using WindowSize = RealProgram;
 
 struct display_case {
     const char* screen;
@@ -93,26 +88,11 @@ TEST_P(NewWindow, FitsTheDisplayAndAClickLandsOnItsControl)
     EXPECT_EQ(screen_size(), mode);
 }
 
-TEST_F(WindowSize, AskedSizeLargerThanTheDisplayShrinksToFit)
-{
-    ask_window_size(2048, 1536);
-    ASSERT_NO_FATAL_FAILURE(start_xvfb("1366x768x24"));
-    ASSERT_NO_FATAL_FAILURE(start_program());
-    window_box b{};
-    EXPECT_TRUE(eventually([&] {
-        b = box_of_window();
-        return b.x == 171 && b.y == 0 && b.w == 1024 && b.h == 768;
-    })) << "window at " << b.x << "," << b.y << " " << b.w << "x" << b.h;
-    EXPECT_TRUE(click_lights_lamp(b, 4));
-    EXPECT_EQ(tool_after_quit(), 4);
-}
-
 // Resizes from outside once the screen is up, as a user would.
 bool resized_to(int w, int h, window_box* b)
 {
     if (!eventually([&] { return screen_shows(box_of_window()); })) return false;
-    output_of("DISPLAY=" + run.display + " xdotool windowsize " + std::to_string(run.window) + " " +
-              std::to_string(w) + " " + std::to_string(h));
+    xdo("windowsize " + std::to_string(run.window) + " " + std::to_string(w) + " " + std::to_string(h));
     return eventually([&] {
         *b = box_of_window();
         return b->w == w && b->h == h;
@@ -121,26 +101,25 @@ bool resized_to(int w, int h, window_box* b)
 
 TEST_F(WindowSize, ResizedWindowHasBarsAndClicksStillLand)
 {
-    ASSERT_NO_FATAL_FAILURE(start_xvfb("1920x1080x24"));
-    ASSERT_NO_FATAL_FAILURE(start_program());
+    ASSERT_NO_FATAL_FAILURE(start_program("1920x1080x24"));
     window_box b{};
 
     // Wider than 4:3: bars of 100 left and right. At a canvas of 800 by 600
     // pixels the panel stands pixel for pixel where the bars leave it.
     ASSERT_TRUE(resized_to(1000, 600, &b));
     EXPECT_TRUE(eventually([&] {
-        return grab(b.x + 100 + 3, b.y + 599 - 300, 1, 1) == std::vector<unsigned long>{panel_colour(3, 300)} &&
-               grab(b.x, b.y, 100, 600) == std::vector<unsigned long>(100 * 600, 0) &&
-               grab(b.x + 900, b.y, 100, 600) == std::vector<unsigned long>(100 * 600, 0);
+        return grab_root(b.x + 100 + 3, b.y + 599 - 300, 1, 1) == std::vector<unsigned long>{panel_colour(3, 300)} &&
+               grab_root(b.x, b.y, 100, 600) == std::vector<unsigned long>(100 * 600, 0) &&
+               grab_root(b.x + 900, b.y, 100, 600) == std::vector<unsigned long>(100 * 600, 0);
     })) << "the canvas does not stand between two black bars";
     EXPECT_TRUE(click_lights_lamp(b, 2));
 
     // Higher than 4:3: bars of 100 above and below.
     ASSERT_TRUE(resized_to(800, 800, &b));
     EXPECT_TRUE(eventually([&] {
-        return grab(b.x + 3, b.y + 100 + 599 - 300, 1, 1) == std::vector<unsigned long>{panel_colour(3, 300)} &&
-               grab(b.x, b.y, 800, 100) == std::vector<unsigned long>(800 * 100, 0) &&
-               grab(b.x, b.y + 700, 800, 100) == std::vector<unsigned long>(800 * 100, 0);
+        return grab_root(b.x + 3, b.y + 100 + 599 - 300, 1, 1) == std::vector<unsigned long>{panel_colour(3, 300)} &&
+               grab_root(b.x, b.y, 800, 100) == std::vector<unsigned long>(800 * 100, 0) &&
+               grab_root(b.x, b.y + 700, 800, 100) == std::vector<unsigned long>(800 * 100, 0);
     })) << "the canvas does not stand between two black bars";
     EXPECT_TRUE(click_lights_lamp(b, 1));
 
@@ -173,15 +152,14 @@ TEST_F(WindowSize, UnderAWindowManagerTheFramedWindowFitsTheDisplay)
     EXPECT_TRUE(click_lights_lamp(b, 2));
 
     // F11 makes the window full screen at the desktop's own mode, and back.
-    const std::string key_f11 = "DISPLAY=" + run.display + " xdotool key F11";
-    output_of(key_f11);
+    xdo("key F11");
     EXPECT_TRUE(eventually([&] {
         b = box_of_window();
         return b.x == 0 && b.y == 0 && b.w == 1366 && b.h == 768;
     })) << "full screen window at " << b.x << "," << b.y << " " << b.w << "x" << b.h;
     EXPECT_EQ(screen_size(), "1366x768");
     EXPECT_TRUE(click_lights_lamp(b, 3));
-    output_of(key_f11);
+    xdo("key F11");
     EXPECT_TRUE(eventually([&] { return box_of_window().w == 800; }));
     EXPECT_EQ(tool_after_quit(), 3);
 }

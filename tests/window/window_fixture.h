@@ -40,6 +40,9 @@ inline void bring_up_platform()
     setenv("XDG_CONFIG_HOME", test_folder, 1);
     active_windstyle = 1;
     MACIBM_init();
+    // The log here, not beside the test program that every test process shares.
+    err.close();
+    err.open("Error.out");
     mnw.win_id = 0;   // the splash ends with the first frame, as in the editor
 }
 

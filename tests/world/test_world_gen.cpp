@@ -40,29 +40,6 @@ protected:
     }
 };
 
-// The largest files that load: every airport and runway row, 19997 navaids.
-TEST_F(WorldGen, FullSizeDatabasesLoadToTheLastRow)
-{
-    std::string root = world_folder("limits");
-    ASSERT_TRUE(gen_write_world(root.c_str(), gen_default_seed));
-    std::string last_apt_name = apt_name[17999], last_nav_name = nav_name[19996];
-    const int glideslope = 12000;   // a row in the group of kind 6
-    int last_code = rwy_code[69999], gs_hdng = intround(nav_hdng[glideslope]);
-
-    char report[path_len];
-    EXPECT_TRUE(gen_check_world(root.c_str(), report, sizeof report)) << report;
-    EXPECT_EQ(apt_wrl_max, 17999);
-    EXPECT_EQ(rwy_wrl_max, 69999);
-    EXPECT_EQ(nav_wrl_max, 19996);
-    EXPECT_EQ(apt_lo_ind[0], 0);
-    EXPECT_EQ(apt_hi_ind[17999], 69999);
-    EXPECT_EQ(last_apt_name, apt_name[17999]);
-    EXPECT_EQ(last_nav_name, nav_name[19996]);
-    EXPECT_EQ(last_code, rwy_code[69999]);
-    EXPECT_EQ(nav_type[glideslope], 6);
-    EXPECT_EQ(gs_hdng, intround(nav_hdng[glideslope]));
-}
-
 // A full obstacle table fills every slot; the end marker must not take the
 // place of the first obstacle.
 TEST_F(WorldGen, TileReadsBackWithItsGridAndAllItsObstacles)
