@@ -348,11 +348,13 @@ inline std::string to(float x, float y)
 {
     return "mousemove " + std::to_string((int)x) + " " + std::to_string(600 - (int)y) + " ";
 }
-// A click where no frame needs to see the mouse first (a modal window answers at the press).
+// A click where no frame needs to see the mouse first (a modal window answers
+// at the press). The mouse then rests for a moment: a move that fell into the
+// frame of the press would carry the press away with it.
 inline void click(float x, float y)
 {
     xdo(to(x, y) + "sleep 0.2 click 1");
-    usleep(200000);
+    usleep(500000);
 }
 
 // The canvas region changes after the action, which comes once the region is still.
@@ -381,6 +383,7 @@ inline void click_on_map(float x, float y)
 {
     move_to(x, y);
     xdo("click 1");
+    usleep(400000);   // as in click: the next move must not share the press's frame
 }
 // The pointer rests east of the tile, over no control: a pointer drawn there hides nothing that is watched.
 inline void park() { move_to(760, 560); }

@@ -152,7 +152,7 @@ TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
     EXPECT_EQ(off_panel(700, 60, 790, 520), 0);   // the panel east of the tile, as staged
     for (unsigned long p : grab(200, 200, 260, 260)) ASSERT_EQ(p, colour(col_water));   // the sea west of the island
     const pixels digits33 = lat_digits(), readout33 = readout();
-    const screen_point island = place_of(33, 30, 30);
+    const screen_point island = place_of(33, 34.5f, 30.5f);   // a cell of the island
     const unsigned long ground33 = pixel(island.x, island.y);
     ASSERT_NE(ground33, colour(col_water)) << "the sample tile has land here";
 

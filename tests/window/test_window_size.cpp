@@ -34,7 +34,9 @@ bool click_lights_lamp(window_box b, int tool)
     auto mouse_to = [](screen_point p) { return "mousemove " + std::to_string(p.x) + " " + std::to_string(p.y); };
     xdo(mouse_to(rest) + " sleep 0.3");
     const std::vector<unsigned long> before = lamp_pixels(b, tool);
-    xdo(mouse_to(middle) + " sleep 0.2 click 1 " + mouse_to(rest));
+    // The mouse stays on the lamp until a frame has surely taken the press: a
+    // move in the same frame would carry the press away with it.
+    xdo(mouse_to(middle) + " sleep 0.2 click 1 sleep 1 " + mouse_to(rest));
     return eventually([&] { return lamp_pixels(b, tool) != before; });
 }
 
