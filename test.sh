@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test: first a normal build,
-# then a build with AddressSanitizer and UndefinedBehaviorSanitizer.
+# then a build with AddressSanitizer and UndefinedBehaviorSanitizer, then the
+# fuzz targets of the file readers.
 set -euo pipefail
 cd "$(dirname "$0")"
 . tools/install_deps.sh
@@ -26,3 +27,7 @@ cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DTF_SANITIZE=ON >/dev/null
 cmake --build build-asan -j"$jobs" >/dev/null
 ASAN_OPTIONS=detect_leaks=0 UBSAN_OPTIONS=print_stacktrace=1 \
   ctest --test-dir build-asan --output-on-failure -j"$jobs"
+
+# The file readers under libFuzzer, built with clang: kept fault inputs, the
+# seed corpus, and a short fuzz run of each.
+tools/fuzz_check.sh

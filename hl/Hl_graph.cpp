@@ -633,10 +633,15 @@ int OGL_texbmp(int mode, int id_or_x, int y, int kind, const char* name,
     load.stride = 0;
     bitmap_path(name, load.file);
 
-    FILE* f = std::fopen(load.file, "rb");
+    // A load that an alert's watcher broke off (the fuzz targets do) left its
+    // file open: the next load closes it.
+    static FILE* f = nullptr;
+    if (f) std::fclose(f);
+    f = std::fopen(load.file, "rb");
     if (!f) return missing_bitmap(load, width, height);
     const int read = read_picture(f, &load, width, height);
     std::fclose(f);
+    f = nullptr;
     if (read && mode != mode_panel) upload_texture(load, *width, *height);
     return 1;
 }

@@ -2,7 +2,8 @@
 # Installs the Debian packages the editor and its tests need, only those that
 # are missing, and says nothing when all are there.
 tf_packages="cmake g++ make pkg-config libsdl2-dev libgl-dev libgl1-mesa-dri libgtest-dev \
-libbenchmark-dev xvfb xauth xdotool imagemagick x11-utils openbox desktop-file-utils"
+libbenchmark-dev xvfb xauth xdotool imagemagick x11-utils openbox desktop-file-utils \
+clang libclang-rt-14-dev"
 
 tf_install_deps() {
   local missing=()
