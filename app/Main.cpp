@@ -190,10 +190,10 @@ void keep_selections_in_tables()
     if (!intrange(msc.nav_sel, 0, nav_cap - 1) || nav_type[msc.nav_sel] == 0) msc.nav_sel = 0;
 }
 
-int WinMain(void* instance, int show_window)
+// The window, the preferences, the stock textures, the tile and both databases:
+// everything the first frame needs.
+void start_editor()
 {
-    active_inst = instance;
-    active_windstyle = show_window;
     MACIBM_init();
     set_msc_defaults();
     handle_prefs(0, 5, gen_path);
@@ -205,6 +205,13 @@ int WinMain(void* instance, int show_window)
     load_airports();
     load_navaids();
     keep_selections_in_tables();
+}
+
+int WinMain(void* instance, int show_window)
+{
+    active_inst = instance;
+    active_windstyle = show_window;
+    start_editor();
     while (!gdone) MACIBM_event_proc();
     MACIBM_finishup();
     return 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 int WinMain(void* instance, int show_window);
+void start_editor();   // everything up to the first frame: window, preferences, tile, databases
 
 // Steps of the start-up, each usable on its own.
 void set_msc_defaults();

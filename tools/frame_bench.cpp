@@ -184,7 +184,7 @@ static double first_frame_at;
 
 // The editor's start-up on the world under root, without preference files,
 // up to its first frame of the main screen.
-static void start_editor()
+static void start_editor_timed()
 {
     setenv("XDG_CONFIG_HOME", root.c_str(), 1);
     active_windstyle = 1;
@@ -231,7 +231,7 @@ static int startup_run(const char* folder, const char* forked_at)
     const double entered = now_s();
     root = folder;
     gen_guard_up();
-    start_editor();
+    start_editor_timed();
     const double age = first_frame_at - std::atof(forked_at), since_main = first_frame_at - entered;
     gen_guard_down();
     MACIBM_finishup();
@@ -283,7 +283,7 @@ int main(int argc, char** argv)
         return failed;
     }
     gen_guard_up();
-    start_editor();
+    start_editor_timed();
     std::printf("renderer: %s\n\n", (const char*)glGetString(GL_RENDERER));
     std::printf("| Screen     | View                                   | Frames|     fps | ms/frame | own work | GL work  |\n");
     std::printf("|---|---|---|---|---|---|---|\n");

@@ -125,18 +125,7 @@ int main(int argc, char** argv)
     alert_watcher = fail_at_fatal;
     platform_clock_ms = soak_clock;
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");   // an end signal ends the soak at once
-    // The start-up of WinMain, step for step.
-    MACIBM_init();
-    set_msc_defaults();
-    handle_prefs(0, 5, gen_path);
-    keep_place_in_range();
-    load_stock_textures();
-    lay_flat_grid();
-    clear_feature_tables();
-    read_terrain();
-    load_airports();
-    load_navaids();
-    keep_selections_in_tables();
+    start_editor();   // the start-up of WinMain
     // With no window manager on the display the window may never hear that it
     // shows: the first paint is asked for here.
     SDL_Event shown = {};
