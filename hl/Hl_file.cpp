@@ -717,7 +717,8 @@ int GetDirItems(int file_type)
         if (!entry) break;
         const char* name = entry->d_name;
         if (std::strlen(name) > (size_t)dlg_name_len - 1) continue;
-        std::snprintf(full, sizeof full, "%s%s", wrk_path, name);
+        // A path too long for the list's slots is skipped, as a long name is.
+        if (std::snprintf(full, sizeof full, "%s%s", wrk_path, name) >= (int)sizeof full) continue;
         const int is_folder = entry_attributes(full, name) == attr_directory;
         if (!entry_fits(folder_len, name, is_folder)) continue;
         if (!takeit(name, file_type, is_folder)) continue;
