@@ -1,5 +1,6 @@
 // The coastline tool on made-up shores, checked by loading what it writes
-// with the editor's own coast load; and the coastline files that ship.
+// with the editor's own coast load. (SampleWorld.CoastFilesLoadInEveryTileOfTheirSquares
+// checks that the files it made for shipping stay under the editor's limit.)
 #include "world_fixture.h"
 
 #include "app/Utils.h"
@@ -7,17 +8,6 @@
 
 #include <filesystem>
 #include <sstream>
-
-// A shore line from "lon lat" pairs.
-static shore_line shore(std::initializer_list<std::pair<double, double>> lon_lat)
-{
-    shore_line s;
-    for (auto [lon, lat] : lon_lat) {
-        s.lon.push_back(lon);
-        s.lat.push_back(lat);
-    }
-    return s;
-}
 
 static double ground_m(const coast_point& a, const coast_point& b)
 {
@@ -77,33 +67,6 @@ protected:
     }
 };
 
-TEST_F(CoastFiles, TilesOverTheCapAreSpacedWiderAndEdgePointsCountInBothNeighbours)
-{
-    // About 900 km of shore folded into the tile 39 N 119 W, and a shore along
-    // 40 N, the edge it shares with the tile to its north and with the next
-    // square: 200 m steps would give far more than the editor loads.
-    std::vector<shore_line> lines(1);
-    for (int k = 0; k <= 90; k++) {
-        lines[0].lon.push_back(-118.95 + 0.9 * (k % 2));
-        lines[0].lat.push_back(39.05 + 0.01 * k);
-    }
-    lines.push_back(shore({{-118.95, 40.0}, {-118.05, 40.0}}));
-    tile_spacings spacing;
-    std::vector<coast_point> points;
-    const int most = fit_points(lines, 200, coast_cap, spacing, points);
-    EXPECT_LE(most, coast_cap);
-    ASSERT_EQ(spacing.size(), 1u);
-    EXPECT_GT(spacing[tile_key(39, -119)], 200);
-
-    write_all(points);
-    const int south = load_tile(39, -119), north = load_tile(40, -119);
-    EXPECT_LE(south, coast_cap);
-    EXPECT_GT(south, coast_cap * 9 / 10) << "spaced wider than it had to be";
-    // The tile to the north, in the next square's file, has the edge line only, at 200 m.
-    EXPECT_NEAR(north, ground_distance_m(40, -118.95, 40, -118.05) / 200, 2);
-    for (int k = 0; k < msc.coast_num; k++) EXPECT_EQ(coast_lat[k], 40.0f);
-}
-
 // The corner of four tiles in four squares: the point is in all four files,
 // once each, with its position exact.
 TEST_F(CoastFiles, ACornerPointIsInEveryFileAroundIt)
@@ -117,52 +80,4 @@ TEST_F(CoastFiles, ACornerPointIsInEveryFileAroundIt)
     }
     ASSERT_EQ(load_tile(35, -119), 1);
     EXPECT_FLOAT_EQ(coast_lon[0], -118.5001f);
-}
-
-// Every coastline file that ships loads in each tile of its square without an
-// alert, and the sample tile has its real shore, not a handful of dots.
-TEST_F(CoastFiles, ShippedFilesLoadInEveryTileOfTheirSquares)
-{
-    C_to_C(TF_SOURCE_DIR "/resources/", app_path);
-    int files = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(TF_SOURCE_DIR "/resources/additional nav data/coastlines")) {
-        const std::string name = entry.path().filename().string();
-        const int lat0 = std::stoi(name.substr(0, 4)), lon0 = std::stoi(name.substr(4, 4));
-        int most = 0;
-        for (int lat = lat0; lat < lat0 + 10; lat++)
-            for (int lon = lon0; lon < lon0 + 10; lon++) most = std::max(most, load_tile(lat, lon));
-        EXPECT_GT(most, 0) << name;
-        EXPECT_LE(most, coast_cap) << name;
-        files++;
-    }
-    EXPECT_GE(files, 5);
-    EXPECT_GT(load_tile(33, -119), 1000);
-}
-
-// The shipped sample tile: every runway, navaid and obstacle inside it stands
-// on a land cell, but for the heliport that the sample airports put at sea.
-TEST_F(CoastFiles, SampleTilePlacesStandOnLand)
-{
-    C_to_C(TF_SOURCE_DIR "/resources/", app_path);
-    msc.lat = 33;
-    msc.lon = -119;
-    read_terrain();
-    load_airports();
-    load_navaids();
-    std::vector<std::pair<float, float>> places;
-    for (int r = 0; r <= rwy_wrl_max; r++) places.push_back({rwy_lat[r], rwy_lon[r]});
-    for (int n = 0; n <= nav_wrl_max; n++) places.push_back({nav_lat[n], nav_lon[n]});
-    for (int n = 0; obj_type[n] != 99; n++) places.push_back({obj_lat[n], obj_lon[n]});
-    int on_land = 0, at_sea = 0;
-    for (auto [lat, lon] : places) {
-        if (!(lat > 33 && lat < 34 && lon > -119 && lon < -118)) continue;
-        const int water = is_water[(int)((lon + 119) * grid_i)][(int)((lat - 33) * grid_j)];
-        on_land += !water;
-        at_sea += water;
-        if (water) {
-            EXPECT_TRUE(lat == 33.55f && lon == -118.7f) << lat << " " << lon << " at sea";
-        }
-    }
-    EXPECT_EQ(on_land, 26);
-    EXPECT_EQ(at_sea, 1);
 }

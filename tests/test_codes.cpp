@@ -1,11 +1,12 @@
-// The runway lighting code, the identifier characters and the packed terrain
-// code of a tile vertex.
+// The runway lighting code, the identifier characters, the packed terrain
+// code of a tile vertex, and the small number and range helpers.
 #include "hl/Hl_funct.h"
 #include "hl/Hl_types.h"
 
 #include <gtest/gtest.h>
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <cstring>
 #include <string>
 
@@ -112,4 +113,35 @@ TEST(Codes, TerrainCodeEncodesTheSValues)
                 EXPECT_EQ(v.water * 10000 + v.tex, water * 10000 + tex);
                 EXPECT_EQ(orientation_of(v.st), o) << "orientation " << o << " tex " << tex;
             }
+}
+
+// The small helpers that everything rests on. (inside_cw_reg is checked
+// through the cell it serves, CellPick.SkewedCellHoldsWhatLiesInsideItsEdgesOnly.)
+TEST(Helpers, RangesIncludeBothEndsAndRejectNaN)
+{
+    EXPECT_EQ(intrange(5, 5, 5), 1);
+    EXPECT_EQ(intrange(4, 5, 6), 0);
+    EXPECT_EQ(fltrange(1.0f, 0.0f, 1.0f), 1);
+    EXPECT_EQ(fltrange(NAN, 0.0f, 1.0f), 0);
+    const struct { float x, y; int inside; } points[] = {{0, 0, 1}, {1, 1, 1}, {1, 0, 1}, {1.001f, 0.5f, 0}};
+    for (auto p : points) EXPECT_EQ(fltbox(p.x, p.y, 0, 0, 1, 1), p.inside) << p.x << "," << p.y;
+}
+
+TEST(Helpers, NumbersAndCharacters)
+{
+    for (auto [c, value] : {std::pair{'7', 7}, {'+', 1}, {'-', -1}, {'x', 0}}) EXPECT_EQ(char_to_int(c), value) << c;
+    EXPECT_EQ(int_to_char(10), '0');
+    EXPECT_EQ(int_to_char(9), '9');
+    EXPECT_EQ(str_is_int(""), 1);
+    EXPECT_EQ(str_is_int("-5"), 0);
+    for (auto [text, value] : {std::pair{"", -1}, {"00042", 42}, {"123456", -1}, {"-5", -1}})
+        EXPECT_EQ(str_to_int(text), value) << text;
+
+    // Beyond the range the top digit becomes '0'.
+    char out[16];
+    for (auto [value, text] : {std::pair{0, "0"}, {-45, "-45"}, {100000, "100000"}, {999999, "999999"},
+                               {-999999, "-999999"}, {1234567, "034567"}}) {
+        int_to_str(value, out);
+        EXPECT_STREQ(out, text);
+    }
 }

@@ -1,12 +1,10 @@
 // Where the log goes: the program's folder, else the state folder, which is
-// made when missing; and the alert that asks for the log names it.
+// made when missing. (Coast.ThreeThousandPointsLoadAndOneMoreIsFatalNamingTheLog
+// checks that the alert asking for the log names it.)
 #include "world_fixture.h"
-
-#include "app/Utils.h"
 
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 class ErrorLog : public WorldTest {
 protected:
@@ -42,19 +40,4 @@ TEST_F(ErrorLog, GoesBesideTheProgramElseIntoTheStateFolder)
         err.close();
         EXPECT_TRUE(std::ifstream(root + p.log).good()) << p.log;
     }
-}
-
-TEST_F(ErrorLog, TheCoastAlertNamesTheLog)
-{
-    // A point more than a tile may hold.
-    std::string pairs = "I\r\n1 version\r\n";
-    for (int k = 0; k <= coast_cap; k++) pairs += "33.5 -118.5\n";
-    write_file("additional nav data/coastlines/+030-120.cst", pairs);
-    open_error_log(1);
-    const std::string log = err_path;
-    EXPECT_FATAL_ALERT(read_coast(), "Too many coastline points!");
-    std::ifstream in(log);
-    std::stringstream text;
-    text << in.rdbuf();
-    EXPECT_NE(text.str().find("send them the log " + log + "."), std::string::npos) << text.str();
 }

@@ -13,34 +13,19 @@
 #include <random>
 #include <string>
 
-struct scan_result {
-    unsigned bits;
-    std::ios::iostate state;
-    std::string rest;
-    bool operator==(const scan_result& o) const { return bits == o.bits && state == o.state && rest == o.rest; }
-};
-
-static std::ostream& operator<<(std::ostream& os, const scan_result& r)
-{
-    return os << "bits " << std::hex << r.bits << std::dec << " state " << r.state << " rest '" << r.rest << "'";
-}
-
-// Two reads in a row, so that the state the first leaves is seen by the second.
+// Two reads in a row, so that the state the first leaves is seen by the second:
+// both values' bits, the stream's state and the characters left.
 template <typename T, typename F>
-static scan_result scan_twice(const std::string& text, F read)
+static std::string scan_twice(const std::string& text, F read)
 {
     std::istringstream in(text);
-    T first = read(in);
-    T second = read(in);
-    scan_result r;
+    const T first = read(in), second = read(in);
     unsigned a = 0, b = 0;
     std::memcpy(&a, &first, 4);
     std::memcpy(&b, &second, 4);
-    r.bits = a * 31u + b;
-    r.state = in.rdstate();
+    const std::string state = "bits " + std::to_string(a) + " " + std::to_string(b) + " state " + std::to_string(in.rdstate());
     in.clear();
-    r.rest.assign(std::istreambuf_iterator<char>(in.rdbuf()), {});
-    return r;
+    return state + " rest '" + std::string(std::istreambuf_iterator<char>(in.rdbuf()), {}) + "'";
 }
 
 static void expect_same_float(const std::string& text)

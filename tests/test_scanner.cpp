@@ -1,5 +1,6 @@
 // Opening data files and the token scanner: heads, line ends, fixed fields,
-// and the one fatal message that every failed read turns into.
+// and the one fatal message that every failed read turns into. (A writer that
+// cannot create its file: TileFile.SavingIntoAMissingFolderWarnsAndKeepsTheChanges.)
 #include "world_fixture.h"
 
 #include <cstring>
@@ -36,7 +37,7 @@ TEST_F(Scanner, TextHeadChecksLetterAndVersionQuietly)
     EXPECT_EQ(inf_open(path, kind_text, 1, 1), 0);
 }
 
-TEST_F(Scanner, WrongVersionWithComplaintIsFatal)
+TEST_F(Scanner, WrongVersionAndFailedReadsAreFatalNamingTheFileAndLabel)
 {
     EXPECT_FATAL_ALERT(open_text("I\n554 version\n", 543, 1), "The following file is the wrong version");
     std::string line = last_log_line();
@@ -45,10 +46,6 @@ TEST_F(Scanner, WrongVersionWithComplaintIsFatal)
                          0),
               0u)
         << line;
-}
-
-TEST_F(Scanner, FailedReadNamesItsLabel)
-{
     ASSERT_EQ(open_text("I\n1 version\n5 six\n"), 1);
     EXPECT_EQ(intscan("first"), 5);
     EXPECT_FATAL_ALERT(intscan("scan rwy rwy_len"), "File-scanning error!");
@@ -64,45 +61,21 @@ TEST_F(Scanner, FailedReadNamesItsLabel)
         << last_log_line();
 }
 
-TEST_F(Scanner, RestOfLineKeepsAtMostLenMinusTwo)
+// Every line end reads; a rest of line keeps at most len - 2 characters, tabs
+// and trailing blanks included.
+TEST_F(Scanner, RestOfLineInAllThreeLineEnds)
 {
-    std::string line39(39, 'x');
-    std::string line38(38, 'y');
-    char name[40];
-    ASSERT_EQ(open_text("I\n1 version\n" + line39 + "\n" + line38 + "\n   \n\tTab first  \n"), 1);
-    strscan(name, "n", 40);
-    EXPECT_EQ(std::string(name), std::string(38, 'x'));
-    strscan(name, "n", 40);
-    EXPECT_EQ(std::string(name), line38);
-    strscan(name, "n", 40);
-    EXPECT_STREQ(name, "");
-    strscan(name, "n", 40);
-    EXPECT_STREQ(name, "\tTab first  ");   // tabs are kept, trailing blanks stay
-}
-
-TEST_F(Scanner, AllThreeLineEndsRead)
-{
-    const char* ends[3] = {"\n", "\r", "\r\n"};
-    for (const char* e : ends) {
-        std::string eol(e);
-        std::string text = "I" + eol + "1 head text" + eol + "first line" + eol + "second line" + eol + "3" + eol;
+    for (const std::string eol : {"\n", "\r", "\r\n"}) {
+        const std::string lines[] = {"1 head text", std::string(39, 'x'), std::string(38, 'y'), "   ", "\tTab first  ", "3"};
+        std::string text = "I" + eol;
+        for (const std::string& line : lines) text += line + eol;
         ASSERT_EQ(open_text(text), 1) << "line end " << eol.size();
         EXPECT_STREQ(C_s, "head text");
         char line[40];
-        strscan(line, "n", 40);
-        EXPECT_STREQ(line, "first line");
-        strscan(line, "n", 40);
-        EXPECT_STREQ(line, "second line");
+        for (const std::string& expected : {std::string(38, 'x'), std::string(38, 'y'), std::string(), lines[4]}) {
+            strscan(line, "n", 40);
+            EXPECT_EQ(std::string(line), expected) << "line end " << eol.size();
+        }
         EXPECT_EQ(intscan("n"), 3);
     }
-}
-
-TEST_F(Scanner, WriterThatCannotCreateWarnsAndGoesOn)
-{
-    C_plus_C(app_path, "missing folder/out.txt", path);
-    expect_alert("I could not save the file!");
-    EXPECT_EQ(ouf_open(path, kind_text, 1), 0);
-    std::string line = last_log_line();
-    EXPECT_EQ(line.rfind("MACIBM_alert: I could not save the file!", 0), 0u) << line;
-    EXPECT_NE(line.find(root + "missing folder/out.txt It is recommended"), std::string::npos);
 }

@@ -11,15 +11,10 @@ static const int marker_offset = 5 + vertex_bytes;
 
 class TileFile : public WorldTest {
 protected:
-    static int int_at(const std::string& bytes, size_t offset)
+    template <typename T = int>
+    static T at(const std::string& bytes, size_t offset)
     {
-        int v;
-        std::memcpy(&v, bytes.data() + offset, 4);
-        return v;
-    }
-    static float float_at(const std::string& bytes, size_t offset)
-    {
-        float v;
+        T v;
         std::memcpy(&v, bytes.data() + offset, 4);
         return v;
     }
@@ -30,6 +25,12 @@ protected:
         obj_lon[slot] = lon;
         obj_hddz[slot] = hddz;
         C_to_C(name, obj_name[slot]);
+    }
+    // The vertex tables as bytes: heights, places, water and textures.
+    static std::string grid_bytes()
+    {
+        auto bytes = [](const auto& table) { return std::string((const char*)table, sizeof table); };
+        return bytes(planelat) + bytes(planelon) + bytes(planey) + bytes(is_water) + bytes(planetex);
     }
     // A tile with varied heights, water in the south-west and custom cells.
     static void shape_tile()
@@ -55,20 +56,17 @@ protected:
 
 TEST_F(TileFile, NamesOfTilesAndCoastFiles)
 {
+    // A tile's file lies in the folder of its ten-degree square, named by its south-west corners.
+    const struct { int lat, lon; const char *tile, *coast; } names[] = {
+        {33, -119, "+030-120/+033-119.env", "+030-120.cst"}, {0, 0, "+000+000/+000+000.env", "+000+000.cst"},
+        {-1, 5, "-010+000/-001+005.env", "-010+000.cst"}, {-5, -5, "-010-010/-005-005.env", "-010-010.cst"}};
     char name[32];
-    return_latlon_str_ENV(33, -119, name);
-    EXPECT_STREQ(name, "+030-120/+033-119.env");
-    return_latlon_str_ENV(0, 0, name);
-    EXPECT_STREQ(name, "+000+000/+000+000.env");
-    return_latlon_str_ENV(-1, 5, name);
-    EXPECT_STREQ(name, "-010+000/-001+005.env");
-    return_latlon_str_ENV(-5, -5, name);
-    EXPECT_STREQ(name, "-010-010/-005-005.env");
-    return_latlon_str_COAST(33, -119, name);
-    EXPECT_STREQ(name, "+030-120.cst");
-    return_latlon_str_COAST(-1, 0, name);
-    EXPECT_STREQ(name, "-010+000.cst");
-
+    for (const auto& n : names) {
+        return_latlon_str_ENV(n.lat, n.lon, name);
+        EXPECT_STREQ(name, n.tile);
+        return_latlon_str_COAST(n.lat, n.lon, name);
+        EXPECT_STREQ(name, n.coast);
+    }
     char path[path_len];
     tile_file_path(path);
     EXPECT_EQ(std::string(path), root + tile_file);
@@ -90,29 +88,25 @@ TEST_F(TileFile, WrittenBytesFollowTheLayout)
     std::string f = read_file(tile_file);
     ASSERT_EQ(f.size(), (size_t)(marker_offset + 24 + 56 + 24 + 4 + 500 * 40));
     EXPECT_EQ(f[0], 'i');
-    EXPECT_EQ(int_at(f, 1), 4);
+    EXPECT_EQ(at(f, 1), 4);
     // Vertex (i, j) is record j * 60 + i; the code is negative.
     size_t v = 5 + (50 * 60 + 5) * 16;
-    EXPECT_FLOAT_EQ(float_at(f, v + 8), planey[5][50]);
-    EXPECT_EQ(int_at(f, v + 12), -(30000 + 2003));
+    EXPECT_FLOAT_EQ(at<float>(f, v + 8), planey[5][50]);
+    EXPECT_EQ(at(f, v + 12), -(30000 + 2003));
     v = 5 + (3 * 60 + 2) * 16;
-    EXPECT_EQ(int_at(f, v + 12), -(100000 + 40000 + 50));
-    EXPECT_FLOAT_EQ(float_at(f, v), planelat[2][3]);
-    EXPECT_FLOAT_EQ(float_at(f, v + 4), planelon[2][3]);
-    // Mirrored orientations go out as the rotation with the same s values.
-    EXPECT_EQ(int_at(f, 5 + (50 * 60 + 8) * 16 + 12), -(40000 + 52));
-    EXPECT_EQ(int_at(f, 5 + (50 * 60 + 9) * 16 + 12), -(20000 + 56));
-    EXPECT_EQ(int_at(f, 5 + (50 * 60 + 10) * 16 + 12), -(10000 + 52));
+    EXPECT_EQ(at(f, v + 12), -(100000 + 40000 + 50));
+    EXPECT_FLOAT_EQ(at<float>(f, v), planelat[2][3]);
+    EXPECT_FLOAT_EQ(at<float>(f, v + 4), planelon[2][3]);
 
     size_t o = marker_offset;
-    EXPECT_EQ(int_at(f, o), 3);
-    EXPECT_FLOAT_EQ(float_at(f, o + 12), 250);
-    EXPECT_EQ(int_at(f, o + 16), 0);
-    EXPECT_EQ(int_at(f, o + 20), 0);
-    EXPECT_EQ(int_at(f, o + 24), 8);
+    EXPECT_EQ(at(f, o), 3);
+    EXPECT_FLOAT_EQ(at<float>(f, o + 12), 250);
+    EXPECT_EQ(at(f, o + 16), 0);
+    EXPECT_EQ(at(f, o + 20), 0);
+    EXPECT_EQ(at(f, o + 24), 8);
     EXPECT_STREQ(f.c_str() + o + 24 + 16, "tower/a");
-    EXPECT_EQ(int_at(f, o + 80), 1);
-    EXPECT_EQ(int_at(f, o + 104), 99);
+    EXPECT_EQ(at(f, o + 80), 1);
+    EXPECT_EQ(at(f, o + 104), 99);
     size_t names = o + 108;
     EXPECT_STREQ(f.c_str() + names + 3 * 40, "rock face");
     EXPECT_STREQ(f.c_str() + names + 7 * 40, "sand");
@@ -128,14 +122,7 @@ TEST_F(TileFile, ReadBackGivesTheSameTables)
     put_obstacle(9, 6, 33.3f, -118.7f, 300);
     writeout(200);
 
-    static float lat[60][80], lon[60][80], y[60][80];
-    static int water[60][80];
-    static unsigned int tex[60][80];
-    std::memcpy(lat, planelat, sizeof lat);
-    std::memcpy(lon, planelon, sizeof lon);
-    std::memcpy(y, planey, sizeof y);
-    std::memcpy(water, is_water, sizeof water);
-    std::memcpy(tex, planetex, sizeof tex);
+    const std::string before = grid_bytes();
 
     lay_flat_grid();
     clear_feature_tables();
@@ -144,11 +131,7 @@ TEST_F(TileFile, ReadBackGivesTheSameTables)
     msc.map_zoom = 4;
     read_terrain();
 
-    EXPECT_EQ(std::memcmp(lat, planelat, sizeof lat), 0);
-    EXPECT_EQ(std::memcmp(lon, planelon, sizeof lon), 0);
-    EXPECT_EQ(std::memcmp(y, planey, sizeof y), 0);
-    EXPECT_EQ(std::memcmp(water, is_water, sizeof water), 0);
-    EXPECT_EQ(std::memcmp(tex, planetex, sizeof tex), 0);
+    EXPECT_TRUE(grid_bytes() == before) << "the vertex tables changed";
     // Rotations survive; a mirror comes back as its rotation.
     for (int k = 0; k < 2; k++) {
         EXPECT_EQ(planest[5][50][1][0][k], st_table[st_r1][k][3]);
@@ -188,18 +171,15 @@ TEST_F(TileFile, MissingFileLaysABlankWaterTile)
 TEST_F(TileFile, WrongVersionOrLetterCountsAsMissing)
 {
     writeout(200);
-    std::string f = read_file(tile_file);
-    f[1] = 5;
-    write_file(tile_file, f);
-    planey[0][0] = 7;
-    read_terrain();
-    EXPECT_FLOAT_EQ(planey[0][0], 0);   // laid blank
-    f[1] = 3;
-    f[0] = 'x';
-    write_file(tile_file, f);
-    planey[0][0] = 7;
-    read_terrain();
-    EXPECT_FLOAT_EQ(planey[0][0], 0);
+    const std::string good = read_file(tile_file);
+    for (auto [at, value] : {std::pair{1, 5}, {1, 3}, {0, 'x'}}) {
+        std::string f = good;
+        f[at] = (char)value;
+        write_file(tile_file, f);
+        planey[0][0] = 7;
+        read_terrain();
+        EXPECT_FLOAT_EQ(planey[0][0], 0) << "byte " << at << " made " << value;   // laid blank
+    }
 }
 
 // A file cut inside the name table: the cut slot keeps the bytes the file had
@@ -222,12 +202,9 @@ TEST_F(TileFile, ShortNameTableKeepsTheBytesOfTheCutSlot)
 // a tile full of them gives one warning.
 TEST_F(TileFile, NamesOutsideTheirFolderAreKeptButNotOpened)
 {
-    EXPECT_EQ(name_leaves_folder("/etc/passwd"), 1);
-    EXPECT_EQ(name_leaves_folder("../../secret"), 1);
-    EXPECT_EQ(name_leaves_folder("rocks/../../up"), 1);
-    EXPECT_EQ(name_leaves_folder("textures:..:x"), 1);
-    EXPECT_EQ(name_leaves_folder("shore/rocks"), 0);
-    EXPECT_EQ(name_leaves_folder("a..b/..c"), 0);
+    for (const char* outside : {"/etc/passwd", "../../secret", "rocks/../../up", "textures:..:x"})
+        EXPECT_EQ(name_leaves_folder(outside), 1) << outside;
+    for (const char* inside : {"shore/rocks", "a..b/..c"}) EXPECT_EQ(name_leaves_folder(inside), 0) << inside;
 
     put_obstacle(0, 8, 33.5f, -118.5f, 90, "../../../etc/passwd");
     put_obstacle(1, 8, 33.5f, -118.4f, 90, "/abs/object");
@@ -269,19 +246,20 @@ TEST_F(TileFile, SavingIntoAMissingFolderWarnsAndKeepsTheChanges)
         << alerts_seen()[0];
 }
 
-class Coast : public WorldTest {
-protected:
-    void write_coast(const std::string& pairs) { write_file("additional nav data/coastlines/+030-120.cst", "I\r\n1 version\r\n" + pairs); }
-};
+// The coast's limit, and the log that its fatal alert asks the user to send.
+using Coast = WorldTest;
 
-TEST_F(Coast, ThreeThousandPointsLoadAndOneMoreIsFatal)
+TEST_F(Coast, ThreeThousandPointsLoadAndOneMoreIsFatalNamingTheLog)
 {
-    std::string pairs;
+    std::string pairs = "I\r\n1 version\r\n";
     for (int k = 0; k < coast_cap; k++) pairs += "33.5 -118.5\n";
-    write_coast(pairs);
+    write_file("additional nav data/coastlines/+030-120.cst", pairs);
     read_coast();
     EXPECT_EQ(msc.coast_num, coast_cap);
-    write_coast(pairs + "34 -119\n");
+    write_file("additional nav data/coastlines/+030-120.cst", pairs + "34 -119\n");
+    open_error_log(1);
+    const std::string log = err_path;
     EXPECT_FATAL_ALERT(read_coast(), "Too many coastline points!");
     EXPECT_EQ(last_log_line().rfind("MACIBM_alert: Too many coastline points! ", 0), 0u);
+    EXPECT_NE(last_log_line().find("send them the log " + log + "."), std::string::npos) << last_log_line();
 }

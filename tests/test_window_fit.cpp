@@ -1,75 +1,54 @@
 // The canvas inside a window of any size, and the window's size on a display.
-// Expected places are worked out by hand from the window's pixels.
+// Expected places are worked out by hand from the window's pixels. (The real
+// window on displays of these sizes is in tests/window/test_window_size.cpp.)
 #include "platform/Hl_mnw.h"
 
 #include <gtest/gtest.h>
 
-static void expect_place(const canvas_rect& c, int left, int top, int bottom, int width, int height)
+#include <string>
+#include <utility>
+
+static std::string place(const canvas_rect& c)
 {
-    EXPECT_EQ(c.left, left);
-    EXPECT_EQ(c.top, top);
-    EXPECT_EQ(c.bottom, bottom);
-    EXPECT_EQ(c.width, width);
-    EXPECT_EQ(c.height, height);
+    return std::to_string(c.left) + " " + std::to_string(c.top) + " " + std::to_string(c.bottom) + " " +
+           std::to_string(c.width) + "x" + std::to_string(c.height);
 }
 
-TEST(WindowFit, CanvasIsTheLargestCentredFourByThreeArea)
+TEST(WindowFit, CanvasIsTheLargestCentredFourByThreeAreaAndBarsReachNothing)
 {
-    expect_place(platform_fit_canvas(800, 600), 0, 0, 0, 800, 600);
-    expect_place(platform_fit_canvas(1920, 1080), 240, 0, 0, 1440, 1080);   // bars left and right
-    expect_place(platform_fit_canvas(1000, 600), 100, 0, 0, 800, 600);
-    expect_place(platform_fit_canvas(800, 800), 0, 100, 100, 800, 600);     // bars above and below
-    expect_place(platform_fit_canvas(801, 700), 0, 50, 50, 801, 600);       // 600.75 rows: the canvas takes 600
-    expect_place(platform_fit_canvas(800, 601), 0, 0, 1, 800, 600);        // the odd row goes below
+    // Left, top, bottom, size: bars left and right, then above and below; 600.75
+    // rows give a canvas of 600; the odd row goes below.
+    const struct { int w, h; const char* place; } windows[] = {
+        {800, 600, "0 0 0 800x600"},    {1920, 1080, "240 0 0 1440x1080"}, {1000, 600, "100 0 0 800x600"},
+        {800, 800, "0 100 100 800x600"}, {801, 700, "0 50 50 801x600"},    {800, 601, "0 0 1 800x600"}};
+    for (const auto& w : windows) EXPECT_EQ(place(platform_fit_canvas(w.w, w.h)), w.place) << w.w << "x" << w.h;
+
+    // On a bar (or above the window, while a button is held) the point is kept
+    // at the canvas's edge and reported as off it.
+    const canvas_rect wide = platform_fit_canvas(1000, 600), tall = platform_fit_canvas(800, 800);
+    const struct { const canvas_rect& c; int px, py, on, x, y; } points[] = {
+        {wide, 100, 0, 1, 0, 0},   {wide, 899, 599, 1, 799, 599}, {wide, 99, 300, 0, 0, 300},
+        {wide, 900, 300, 0, 799, 300}, {wide, 500, -1, 0, 400, 0}, {tall, 15, 99, 0, 15, 0},
+        {tall, 15, 100, 1, 15, 0},  {tall, 15, 700, 0, 15, 599}};
+    for (const auto& p : points) {
+        int x = -1, y = -1;
+        EXPECT_EQ(platform_canvas_point(p.c, p.px, p.py, &x, &y), p.on) << p.px << "," << p.py;
+        EXPECT_EQ(std::make_pair(x, y), std::make_pair(p.x, p.y)) << p.px << "," << p.py;
+    }
 }
 
-TEST(WindowFit, PixelsMapToTheCanvasAndBarsReachNothing)
+TEST(WindowFit, NewWindowTakesTheLargestFactorThatFitsAndAskedSizesShrink)
 {
-    const canvas_rect wide = platform_fit_canvas(1000, 600);   // canvas from x 100 to 899
-    int x, y;
-    EXPECT_EQ(platform_canvas_point(wide, 100, 0, &x, &y), 1);
-    EXPECT_EQ(x, 0);
-    EXPECT_EQ(y, 0);
-    EXPECT_EQ(platform_canvas_point(wide, 899, 599, &x, &y), 1);
-    EXPECT_EQ(x, 799);
-    EXPECT_EQ(y, 599);
-    // On a bar the point is kept at the canvas's edge and reported as off it.
-    EXPECT_EQ(platform_canvas_point(wide, 99, 300, &x, &y), 0);
-    EXPECT_EQ(x, 0);
-    EXPECT_EQ(platform_canvas_point(wide, 900, 300, &x, &y), 0);
-    EXPECT_EQ(x, 799);
-    EXPECT_EQ(platform_canvas_point(wide, 500, -1, &x, &y), 0);   // above the window, while a button is held
-    EXPECT_EQ(y, 0);
+    // 750 rows would not fit 740; 1050 is a panel and a title bar less than
+    // 1080; the width decides 1999; 640 by 480 is smaller than the canvas.
+    const struct { int w, h; float factor; } displays[] = {
+        {800, 600, 1.0f},    {1366, 740, 1.0f},   {1366, 768, 1.25f}, {1920, 1050, 1.75f}, {1920, 1049, 1.5f},
+        {2560, 1400, 2.0f}, {3840, 2100, 3.0f}, {1999, 2100, 2.0f}, {640, 480, 0.8f}};
+    for (const auto& d : displays) EXPECT_FLOAT_EQ(platform_window_factor(d.w, d.h), d.factor) << d.w << "x" << d.h;
 
-    const canvas_rect tall = platform_fit_canvas(800, 800);     // canvas from y 100 to 699
-    EXPECT_EQ(platform_canvas_point(tall, 15, 99, &x, &y), 0);
-    EXPECT_EQ(platform_canvas_point(tall, 15, 100, &x, &y), 1);
-    EXPECT_EQ(y, 0);
-    EXPECT_EQ(platform_canvas_point(tall, 15, 700, &x, &y), 0);
-    EXPECT_EQ(y, 599);
-}
-
-TEST(WindowFit, NewWindowTakesTheLargestFactorThatFits)
-{
-    EXPECT_FLOAT_EQ(platform_window_factor(800, 600), 1.0f);
-    EXPECT_FLOAT_EQ(platform_window_factor(1366, 740), 1.0f);    // 750 rows would not fit
-    EXPECT_FLOAT_EQ(platform_window_factor(1366, 768), 1.25f);
-    EXPECT_FLOAT_EQ(platform_window_factor(1920, 1050), 1.75f);  // a panel and a title bar less than 1080
-    EXPECT_FLOAT_EQ(platform_window_factor(1920, 1049), 1.5f);
-    EXPECT_FLOAT_EQ(platform_window_factor(2560, 1400), 2.0f);
-    EXPECT_FLOAT_EQ(platform_window_factor(3840, 2100), 3.0f);
-    EXPECT_FLOAT_EQ(platform_window_factor(1999, 2100), 2.0f);   // the width decides
-    EXPECT_FLOAT_EQ(platform_window_factor(640, 480), 0.8f);     // smaller than the canvas
-}
-
-TEST(WindowFit, AskedSizeShrinksToTheDisplayKeepingItsShape)
-{
     float w = 2048, h = 1536;
     platform_fit_inside(&w, &h, 1366, 768);
-    EXPECT_FLOAT_EQ(w, 1024);
-    EXPECT_FLOAT_EQ(h, 768);
-    w = 1024, h = 768;
+    EXPECT_EQ(std::make_pair(w, h), std::make_pair(1024.0f, 768.0f));
     platform_fit_inside(&w, &h, 1920, 1080);   // fits: unchanged
-    EXPECT_FLOAT_EQ(w, 1024);
-    EXPECT_FLOAT_EQ(h, 768);
+    EXPECT_EQ(std::make_pair(w, h), std::make_pair(1024.0f, 768.0f));
 }

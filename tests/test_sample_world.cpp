@@ -1,0 +1,87 @@
+// The sample world that ships: it loads whole, its places stand on land, each
+// coastline file loads in every tile of its square, and saving it unchanged
+// writes the very same bytes. (lay_flat_grid is checked by
+// TileFile.MissingFileLaysABlankWaterTile.)
+#include "app/Utils.h"
+#include "world_fixture.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+class SampleWorld : public WorldTest {
+protected:
+    void SetUp() override
+    {
+        WorldTest::SetUp();
+        const std::string copy = "cp -r '" TF_SOURCE_DIR "/resources/additional nav data' '" + root + "'";
+        ASSERT_EQ(std::system(copy.c_str()), 0);
+    }
+    int load_coast_of(int lat, int lon)
+    {
+        msc.lat = (float)lat;
+        msc.lon = (float)lon;
+        read_coast();
+        return msc.coast_num;
+    }
+};
+
+// The default place is the sample tile, 33 N 119 W.
+TEST_F(SampleWorld, LoadsWholeStandsOnLandAndSavesUnchangedAsTheSameBytes)
+{
+    read_terrain();
+    load_airports();
+    load_navaids();
+    EXPECT_GT(apt_wrl_max, 3);
+    EXPECT_GT(rwy_wrl_max, apt_wrl_max);
+    EXPECT_GT(nav_wrl_max, 5);
+    EXPECT_GT(msc.coast_num, 1000);   // the real shore, not a handful of dots
+    for (int a = 0; a <= apt_wrl_max; a++) {
+        EXPECT_LE(apt_lo_ind[a], apt_hi_ind[a]) << apt_id[a];
+        if (a > 0) {
+            EXPECT_EQ(apt_lo_ind[a], apt_hi_ind[a - 1] + 1) << apt_id[a];
+        }
+    }
+    // Every runway, navaid and obstacle inside the tile stands on a land cell,
+    // but for the heliport that the sample airports put at sea.
+    std::vector<std::pair<float, float>> places;
+    for (int r = 0; r <= rwy_wrl_max; r++) places.push_back({rwy_lat[r], rwy_lon[r]});
+    for (int n = 0; n <= nav_wrl_max; n++) places.push_back({nav_lat[n], nav_lon[n]});
+    for (int n = 0; obj_type[n] != 99; n++) places.push_back({obj_lat[n], obj_lon[n]});
+    int on_land = 0, at_sea = 0;
+    for (auto [lat, lon] : places) {
+        if (!(lat > 33 && lat < 34 && lon > -119 && lon < -118)) continue;
+        const int water = is_water[(int)((lon + 119) * grid_i)][(int)((lat - 33) * grid_j)];
+        on_land += !water;
+        at_sea += water;
+        if (water) {
+            EXPECT_TRUE(lat == 33.55f && lon == -118.7f) << lat << " " << lon << " at sea";
+        }
+    }
+    EXPECT_EQ(on_land, 26);
+    EXPECT_EQ(at_sea, 1);
+    const std::string apt_before = read_file("additional nav data/Earth/apt.dat");
+    const std::string nav_before = read_file("additional nav data/Earth/nav.dat");
+    writeout(202);
+    writeout(203);
+    EXPECT_EQ(read_file("additional nav data/Earth/apt.dat"), apt_before);
+    EXPECT_EQ(read_file("additional nav data/Earth/nav.dat"), nav_before);
+}
+
+// No coastline file that ships holds more points for a tile than the editor
+// loads (one more is fatal), and none is empty.
+TEST_F(SampleWorld, CoastFilesLoadInEveryTileOfTheirSquares)
+{
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(root + "additional nav data/coastlines")) {
+        const std::string name = entry.path().filename().string();
+        const int lat0 = std::stoi(name.substr(0, 4)), lon0 = std::stoi(name.substr(4, 4));
+        int most = 0;
+        for (int lat = lat0; lat < lat0 + 10; lat++)
+            for (int lon = lon0; lon < lon0 + 10; lon++) most = std::max(most, load_coast_of(lat, lon));
+        EXPECT_GT(most, 0) << name;
+        EXPECT_LE(most, coast_cap) << name;
+        files++;
+    }
+    EXPECT_GE(files, 5);
+}
