@@ -1,58 +1,39 @@
-// Commands by number and by key, and typing into the name of a record.
+// Commands by key, and typing into the name of a record.
 #include "app/Utils.h"
 #include "world_fixture.h"
 
-#include <cstring>
+using Keys = WorldTest;
 
-class Keys : public WorldTest {
-protected:
-    void SetUp() override
-    {
-        WorldTest::SetUp();
-        mnw.win_id = 0;
-        g_cs_input[0] = 0;
-        return_hit = 0;
-    }
-};
-
-TEST_F(Keys, KeysRunTheirCommandsOnTheMapScreens)
+TEST_F(Keys, KeysRunTheirCommandsOnTheMapScreensAndTypeIntoNamesElsewhere)
 {
+    g_cs_input[0] = 0;
     MACIBM_handlekey(0x26);   // arrow up
-    EXPECT_FLOAT_EQ(msc.map_dlat, 0.1f);
     MACIBM_handlekey(0x25);   // arrow left
+    EXPECT_FLOAT_EQ(msc.map_dlat, 0.1f);
     EXPECT_FLOAT_EQ(msc.map_dlon, -0.1f);
     MACIBM_handlekey(0xBB);   // '='
     EXPECT_FLOAT_EQ(msc.map_zoom, 1.2f);
-    MACIBM_handlekey(0xBD);   // '-'
-    EXPECT_NEAR(msc.map_zoom, 1.0f, 1e-6);
-    MACIBM_handlekey('M');
+    for (int key : {0xBD, (int)'M', 0x20, 0x20}) MACIBM_handlekey(key);   // '-', 'M', space twice
+    EXPECT_NEAR(msc.map_zoom, 1.0f, 1e-6);   // in and out again
     EXPECT_EQ(msc.ter_tool, 1);
-    MACIBM_handlekey(0x20);
-    EXPECT_EQ(msc.show_tex, 1);
-    MACIBM_handlekey(0x20);
     EXPECT_EQ(msc.show_tex, 0);
     EXPECT_STREQ(g_cs_input, "m  ");   // the text line takes the characters all the same
-}
+    MACIBM_handlekey(0x20);
+    EXPECT_EQ(msc.show_tex, 1);
 
-TEST_F(Keys, TypingEditsTheSelectedName)
-{
+    // 'M' also sends the tool cycle, which does nothing here; a blank toggles
+    // no overlay; '-' and '=' never enter a name; Shift alone adds nothing, nor
+    // does Return, which marks the frame; typing alone marks nothing.
     msc.screen = 202;
     apt_wrl_max = 3;
     msc.apt_sel = 3;
     C_to_C("Fiel", apt_name[3]);
-    MACIBM_handlekey('D');
-    MACIBM_handlekey('M');   // also sends the tool cycle, which does nothing here
-    MACIBM_handlekey(0x20);  // a blank, and no overlay toggle here
-    MACIBM_handlekey(0xBD);  // '-' never enters a name
-    MACIBM_handlekey(0xBB);
-    EXPECT_STREQ(apt_name[3], "Fieldm ");
-    EXPECT_EQ(msc.ter_tool, 0);
-    EXPECT_EQ(msc.show_tex, 0);
-    EXPECT_EQ(msc.apt_dirty, 0);   // typing alone marks nothing
-    MACIBM_handlekey(0x08);
-    MACIBM_handlekey(0x10);   // Shift alone adds nothing
-    MACIBM_handlekey(0x0D);   // nor does Return, which marks the frame
+    return_hit = 0;
+    for (int key : {(int)'D', (int)'M', 0x20, 0xBD, 0xBB, 0x08, 0x10, 0x0D}) MACIBM_handlekey(key);
     EXPECT_STREQ(apt_name[3], "Fieldm");
+    EXPECT_EQ(msc.ter_tool, 1);
+    EXPECT_EQ(msc.show_tex, 1);
+    EXPECT_EQ(msc.apt_dirty, 0);
     EXPECT_EQ(return_hit, 1);
 
     msc.screen = 203;

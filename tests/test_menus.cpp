@@ -1,4 +1,5 @@
-// The menu file and its failures, the layout, what a press does, the dot.
+// The menu file and its failures, the layout, the dot. (Picking each command
+// by menu with a real mouse: Flows.EveryCommandByMenu in tests/window.)
 #include "world_fixture.h"
 #include "hl/Hl_graph.h"
 
@@ -57,33 +58,6 @@ TEST_F(Menus, BrokenFilesStopTheRunWithTheLineBeingRead)
         EXPECT_FATAL_ALERT(MACIBM_read_menus("m.txt"), "File-scanning error!");
         EXPECT_NE(last_log_line().find(std::string("file: menu file, BE SURE THERE ") + f.second), std::string::npos);
     }
-}
-
-TEST_F(Menus, APressOpensClosesPicksOrFallsThroughToTheControlBelow)
-{
-    menus(two_menus);
-    press(20, 590);
-    EXPECT_EQ(mnw.open_menu * 10 + mnw.mouse_click, 1);   // a press on a title reaches the screen too
-    EXPECT_EQ(m_x1 + m_y1 + m_x2 + m_y2, 10 + 556 + 59 + 582);
-    press(34, 600);
-    EXPECT_EQ(mnw.open_menu, -1);   // the open title closes it
-    press(20, 590), press(30, 569);  // the separator
-    EXPECT_EQ(mnw.open_menu * 10 + mnw.mouse_click, -9);
-    press(20, 590);
-    mnw.mouse_x = 50, mnw.mouse_click = 0;
-    MACIBM_menu_hover();   // the mouse alone moves to View
-    mnw.mouse_y = 575;
-    MACIBM_menu_hover();   // and over an item it does nothing
-    EXPECT_EQ(mnw.open_menu * 10 + msc.show_tex, 10);
-    press(60, 575);
-    EXPECT_EQ(msc.show_tex * 10 + mnw.open_menu + mnw.mouse_click + mnw.mouse_down, 9);   // the pick takes the click
-    press(20, 590), press(20, 560);   // More opens the submenu, whose item lies on it
-    planey[30][30] = 12;              // one odd corner on flat water
-    press(100, 562);
-    EXPECT_EQ(planey[30][30], 0);
-    mnw.win_id = 996;   // no menus over a modal window
-    press(20, 590);
-    EXPECT_EQ(mnw.open_menu, -1);
 }
 
 TEST_F(Menus, TheCurrentScreenHasADot)

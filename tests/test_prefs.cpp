@@ -11,6 +11,13 @@ protected:
     }
 };
 
+// The place, the tool, the screen and the selections, as one line.
+static std::string place()
+{
+    return std::to_string(msc.lat) + " " + std::to_string(msc.lon) + " tool " + std::to_string(msc.ter_tool) +
+           " screen " + std::to_string(msc.screen) + " " + std::to_string(msc.apt_sel) + " " + std::to_string(msc.nav_sel);
+}
+
 TEST_F(Prefs, WrittenPlaceReadsBackAndTheFolderIsMade)
 {
     msc.lat = -34;
@@ -22,15 +29,10 @@ TEST_F(Prefs, WrittenPlaceReadsBackAndTheFolderIsMade)
     EXPECT_EQ(handle_prefs(0, 6, path), 1);
     set_msc_defaults();
     EXPECT_EQ(handle_prefs(0, 5, path), 1);
-    EXPECT_FLOAT_EQ(msc.lat, -34);
-    EXPECT_FLOAT_EQ(msc.lon, -71);
-    EXPECT_EQ(msc.ter_tool, 3);
-    EXPECT_EQ(msc.screen, 203);
-    EXPECT_EQ(msc.apt_sel, 17);
-    EXPECT_EQ(msc.nav_sel, 4);
+    EXPECT_EQ(place(), "-34.000000 -71.000000 tool 3 screen 203 17 4");
 }
 
-TEST_F(Prefs, DisplayFileNeedsAllFourValues)
+TEST_F(Prefs, DisplayFileNeedsAllFourValuesAndBadArgumentsAreFatal)
 {
     char res[path_len];
     C_plus_C(app_path, "res.prf", res);
@@ -42,10 +44,6 @@ TEST_F(Prefs, DisplayFileNeedsAllFourValues)
     write_file("res.prf", "I\r\n543 version\r\n1024\r\n768\r\n32\r\n");
     EXPECT_FATAL_ALERT(handle_prefs(2, 5, res), "File-scanning error!");
     EXPECT_NE(last_log_line().find("file: res prefs, "), std::string::npos);
-}
-
-TEST_F(Prefs, BadArgumentIsFatal)
-{
     EXPECT_FATAL_ALERT(handle_prefs(5, 5, path), "Bad pref arg!");
     EXPECT_FATAL_ALERT(handle_prefs(0, 8, path), "Bad pref arg!");
 }
@@ -56,31 +54,20 @@ TEST_F(Prefs, ValuesOutOfRangeTakeTheirDefaults)
 {
     write_file("config/Norvane/Norvane Tile-Forger.prf",
                "I\r\n543 version\r\n1e30\r\n-2147483648\r\n9\r\n202\r\n5000000\r\n-3\r\n");
-    EXPECT_EQ(handle_prefs(0, 5, path), 1);
-    keep_place_in_range();
-    EXPECT_FLOAT_EQ(msc.lat, 33);
-    EXPECT_FLOAT_EQ(msc.lon, -119);
-    EXPECT_EQ(msc.ter_tool, 0);
-    EXPECT_EQ(msc.screen, 202);   // a screen that exists stays
-
     apt_wrl_max = 4;
     nav_type[2] = 3;
+    EXPECT_EQ(handle_prefs(0, 5, path), 1);
+    keep_place_in_range();
     keep_selections_in_tables();
-    EXPECT_EQ(msc.apt_sel, 0);
-    EXPECT_EQ(msc.nav_sel, 0);
+    EXPECT_EQ(place(), "33.000000 -119.000000 tool 0 screen 202 0 0");   // a screen that exists stays
     msc.apt_sel = 4;
     msc.nav_sel = 2;
     keep_selections_in_tables();   // rows in use stay
-    EXPECT_EQ(msc.apt_sel, 4);
-    EXPECT_EQ(msc.nav_sel, 2);
+    EXPECT_EQ(place(), "33.000000 -119.000000 tool 0 screen 202 4 2");
     nav_type[2] = 0;
-
     msc.lat = -99, msc.lon = 999, msc.screen = 199, msc.ter_tool = 4;   // the spinners' ends stay
     keep_place_in_range();
-    EXPECT_FLOAT_EQ(msc.lat, -99);
-    EXPECT_FLOAT_EQ(msc.lon, 999);
-    EXPECT_EQ(msc.screen, 200);
-    EXPECT_EQ(msc.ter_tool, 4);
+    EXPECT_EQ(place(), "-99.000000 999.000000 tool 4 screen 200 4 2");
 
     // A letter typed with a selection far outside the table edits nothing.
     msc.screen = 202;
