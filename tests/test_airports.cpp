@@ -8,7 +8,9 @@
 #include "hl/Hl_graph.h"
 #include "world_fixture.h"
 
+#include <algorithm>
 #include <cstring>
+#include <tuple>
 
 namespace {
 
@@ -45,6 +47,14 @@ void expect_runs(std::initializer_list<std::pair<int, int>> runs)
     EXPECT_EQ(apt_wrl_max, a - 1);
 }
 
+// The latitudes of runways first to last, which tell them apart.
+std::string lats(int first, int last)
+{
+    std::string text;
+    for (int r = first; r <= last; r++) text += std::to_string((int)rwy_lat[r]) + " ";
+    return text;
+}
+
 std::string row_text(int num, char side)
 {
     rwy_num[0] = num;
@@ -58,11 +68,9 @@ using AirportTables = WorldTest;
 
 TEST_F(AirportTables, RunwayRowsShowBothEnds)
 {
-    EXPECT_EQ(row_text(9, 'L'), "09L / 27R");
-    EXPECT_EQ(row_text(36, 'x'), "36  / 18 ");
-    EXPECT_EQ(row_text(18, 'C'), "18C / 36C");
-    EXPECT_EQ(row_text(0, 'R'), "00R / 18L");
-    EXPECT_EQ(row_text(99, 'x'), "99  / 99 ");
+    const std::tuple<int, char, const char*> rows[] = {
+        {9, 'L', "09L / 27R"}, {36, 'x', "36  / 18 "}, {18, 'C', "18C / 36C"}, {0, 'R', "00R / 18L"}, {99, 'x', "99  / 99 "}};
+    for (auto [num, side, text] : rows) EXPECT_EQ(row_text(num, side), text);
 }
 
 TEST_F(AirportTables, RunwaysComeAndGoInTheirAirportsRun)
@@ -72,19 +80,14 @@ TEST_F(AirportTables, RunwaysComeAndGoInTheirAirportsRun)
     msc.rwy_sel = 3;
     adddel_aptrwy(10, 1, 0);   // ahead of runway 3, lying on it
     expect_runs({{0, 1}, {2, 5}, {6, 6}});
-    EXPECT_EQ(rwy_wrl_max, 6);
-    EXPECT_EQ(rwy_lat[3], 3.0f);
+    EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 2 3 3 4 5 ");   // the rest one up
     EXPECT_EQ(rwy_len[3], 2000.0f);
-    EXPECT_EQ(rwy_width[3], 100.0f);
-    EXPECT_EQ(rwy_lcr[3], 'x');
-    EXPECT_EQ(rwy_code[3], 1111111);
-    EXPECT_EQ(rwy_len[4], 400.0f);   // the old runway 3, one up
-    EXPECT_EQ(rwy_lat[6], 5.0f);     // the last airport's runway, one up
+    EXPECT_EQ(rwy_len[4], 400.0f);   // the old runway 3
 
     msc.rwy_sel = 2;
     adddel_aptrwy(10, 0, 0);
     expect_runs({{0, 1}, {2, 4}, {5, 5}});
-    EXPECT_EQ(rwy_lat[2], 3.0f);
+    EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 3 3 4 5 ");
 
     msc.apt_sel = 2;   // the last runway of an airport stays
     msc.rwy_sel = 5;
@@ -98,16 +101,14 @@ TEST_F(AirportTables, AirportsComeWithARunwayAndGoWithTheirs)
     msc.apt_sel = 1;
     adddel_aptrwy(1, 0, 0);   // its four runways go with it
     expect_runs({{0, 1}, {2, 2}});
-    EXPECT_EQ(rwy_wrl_max, 2);
-    EXPECT_EQ(rwy_lat[2], 6.0f);
+    EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 6 ");
     EXPECT_STREQ(apt_name[1], "A2");
 
     msc.apt_sel = 0;   // a new first airport takes the run from 0
     adddel_aptrwy(1, 1, 0);
     expect_runs({{0, 0}, {1, 2}, {3, 3}});
     EXPECT_STREQ(apt_name[0], "Untitled");
-    EXPECT_STREQ(apt_id[0], "0000");
-    EXPECT_EQ(rwy_lat[0], 0.0f);     // lying on the runway it went in ahead of
+    EXPECT_EQ(lats(0, rwy_wrl_max), "0 0 1 6 ");   // lying on the runway it went in ahead of
     EXPECT_EQ(msc.rwy_sel, 0);
 
     msc.apt_sel = 0;   // deleting every airport leaves an empty table
@@ -151,10 +152,7 @@ TEST_F(AirportTables, RunwaysSortLongestFirstAndNinetyNinesLast)
     rwy_len[3] = 350;
     msc.rwy_sel = 0;
     sort_runways(0, 3);
-    EXPECT_EQ(rwy_lat[0], 2.0f);   // 350: the first of the two equal ones stays ahead
-    EXPECT_EQ(rwy_lat[1], 3.0f);
-    EXPECT_EQ(rwy_lat[2], 0.0f);
-    EXPECT_EQ(rwy_lat[3], 1.0f);
+    EXPECT_EQ(lats(0, 3), "2 3 0 1 ");   // 350: the first of the two equal ones stays ahead
     EXPECT_EQ(msc.rwy_sel, 2);     // the selection followed its runway
 
     // A run at the very end of a full table sorts through no scratch slot.
@@ -162,31 +160,21 @@ TEST_F(AirportTables, RunwaysSortLongestFirstAndNinetyNinesLast)
     rwy_len[last - 1] = 1000, rwy_width[last - 1] = 0, rwy_num[last - 1] = 1, rwy_lat[last - 1] = 7;
     rwy_len[last] = 3000, rwy_width[last] = 0, rwy_num[last] = 1, rwy_lat[last] = 8;
     sort_runways(last - 1, last);
-    EXPECT_EQ(rwy_lat[last - 1], 8.0f);
-    EXPECT_EQ(rwy_lat[last], 7.0f);
+    EXPECT_EQ(lats(last - 1, last), "8 7 ");
 }
 
 TEST_F(AirportTables, SurfacesWithoutASelectorPositionAreKept)
 {
-    EXPECT_EQ(surface_position('M'), 1);
-    EXPECT_EQ(surface_position('i'), 2);
-    EXPECT_EQ(surface_position('s'), 3);
-    EXPECT_EQ(surface_position('y'), 9);
-    EXPECT_EQ(surface_position('L'), 0);
-    EXPECT_EQ(surface_position('h'), 0);
     for (int p = 1; p <= 9; p++) EXPECT_EQ(surface_position(surface_letter_of(p)), p);
+    EXPECT_EQ(surface_position('s') * 10 + surface_position('y'), 39);
+    for (int letter : {'L', 'h', 'r', 'z'}) EXPECT_EQ(surface_position(letter), 0) << (char)letter;
 }
 
 // ---- navaids ----------------------------------------------------------------------------------------
 
-void clear_navaids()
-{
-    for (int k = 0; k < nav_cap; k++) nav_type[k] = 0;
-}
-
 TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
 {
-    clear_navaids();
+    std::fill(nav_type, nav_type + nav_cap, 0);
     const int types[6] = {2, 2, 3, 6, 6, 4};
     for (int k = 0; k < 6; k++) {
         nav_type[k] = types[k];

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 #include <cmath>
+#include <cstring>
 
 class MapView : public ::testing::Test {
 protected:
@@ -64,41 +65,20 @@ TEST_F(MapView, ToolCyclesOnTheirScreensOnly)
     EXPECT_EQ(msc.ter_tool, 0);
 }
 
-class FlattenWater : public MapView {
-protected:
-    void corners(float sw, float nw, float se, float ne)
-    {
-        for (int i = 0; i < 60; i++)
-            for (int j = 0; j < 80; j++) {
-                planey[i][j] = 0;
-                is_water[i][j] = 0;
-            }
-        is_water[10][10] = 1;
-        planey[10][10] = sw;
-        planey[10][11] = nw;
-        planey[11][10] = se;
-        planey[11][11] = ne;
-    }
-    void expect_corners(float sw, float nw, float se, float ne)
-    {
-        EXPECT_FLOAT_EQ(planey[10][10], sw);
-        EXPECT_FLOAT_EQ(planey[10][11], nw);
-        EXPECT_FLOAT_EQ(planey[11][10], se);
-        EXPECT_FLOAT_EQ(planey[11][11], ne);
-    }
-};
-
-TEST_F(FlattenWater, OddCornerIsPulledToTheOtherThree)
+// One odd corner of a water cell is pulled to the other three, whichever it is;
+// so is a cell whose corners differ a little.
+TEST_F(MapView, FlattenWaterPullsTheOddCornerToTheOtherThree)
 {
-    const float odd[4][4] = {{10, 10, 10, 12}, {10, 10, 12, 10}, {10, 12, 10, 10}, {12, 10, 10, 10}};
-    for (auto& c : odd) {
-        corners(c[0], c[1], c[2], c[3]);
+    const int ci[4] = {10, 10, 11, 11}, cj[4] = {10, 11, 10, 11};   // SW, NW, SE, NE of cell (10, 10)
+    const float cells[5][4] = {{10, 10, 10, 12}, {10, 10, 12, 10}, {10, 12, 10, 10}, {12, 10, 10, 10}, {9.6f, 10.4f, 10, 12}};
+    for (const auto& c : cells) {
+        std::memset(planey, 0, sizeof planey);
+        std::memset(is_water, 0, sizeof is_water);
+        is_water[10][10] = 1;
+        for (int k = 0; k < 4; k++) planey[ci[k]][cj[k]] = c[k];
         flatten_water();
-        expect_corners(10, 10, 10, 10);
+        for (int k = 0; k < 4; k++) EXPECT_FLOAT_EQ(planey[ci[k]][cj[k]], 10) << "corner " << k << " of " << c[3];
     }
-    corners(9.6f, 10.4f, 10.0f, 12);
-    flatten_water();
-    expect_corners(10, 10, 10, 10);
 }
 
 // A cell is the quadrilateral of its four vertices as drawn, not their square:
