@@ -18,8 +18,6 @@ protected:
         mkdir(folder.c_str(), 0755);
         C_to_C(folder.c_str(), wrk_path);
     }
-    void file(const std::string& name) { write_file("list/" + name, "x"); }
-    void subfolder(const std::string& name, mode_t mode = 0755) { ASSERT_EQ(mkdir((folder + name).c_str(), mode), 0); }
     std::vector<std::string> listed(int type)
     {
         g_num_items = GetDirItems(type);
@@ -44,9 +42,8 @@ TEST_F(DialogList, TakeitGoesByTheLastThreeLettersAndTakesEveryFolder)
 
 TEST_F(DialogList, ScanFiltersThenSortsCapitalsFirstWithFoldersAmongFiles)
 {
-    for (const char* name : {"beta.bmp", "notes.txt", "alpha.bmp", "mixed.Bmp", "Gamma.bmp", "xbmp"}) file(name);
-    subfolder("Sub");
-    subfolder("deep");
+    for (const char* name : {"beta.bmp", "notes.txt", "alpha.bmp", "mixed.Bmp", "Gamma.bmp", "xbmp"}) write_file("list/" + std::string(name), "x");
+    for (const char* name : {"Sub", "deep"}) ASSERT_EQ(mkdir((folder + name).c_str(), 0755), 0);
     EXPECT_EQ(listed(151), (strings{"Gamma.bmp", "Sub", "alpha.bmp", "beta.bmp", "deep", "xbmp"}));
     EXPECT_EQ(folder_flags(), (std::vector<int>{0, 1, 0, 0, 1, 0}));
     EXPECT_EQ(std::string(g_path[1]), folder + "Sub");

@@ -13,11 +13,6 @@ struct Menus : WorldTest {
         MACIBM_read_menus("m.txt");
         mnw.win_id = 0, mnw.open_menu = -1;
     }
-    static void press(float x, float y)
-    {
-        mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = mnw.mouse_down = 1;
-        MACIBM_handleclick();
-    }
     static std::string box(int m, int i)
     {
         return std::to_string((int)mnw.item_x1[m][i]) + " " + std::to_string((int)mnw.item_y1[m][i]) + " " +
@@ -64,7 +59,8 @@ TEST_F(Menus, TheCurrentScreenHasADot)
 {
     menus("0 Screen\r\n200 Terrain\r\n201 Obstacles\r\n\r\n\r\n");
     to_array = 1;
-    press(20, 590);
+    mnw.mouse_x = 20, mnw.mouse_y = 590, mnw.mouse_click = mnw.mouse_down = 1;
+    MACIBM_handleclick();   // opens the menu
     for (int screen : {200, 201}) {
         msc.screen = screen;
         std::memset(rgb_array, 0, sizeof rgb_array);

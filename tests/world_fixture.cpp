@@ -1,19 +1,11 @@
 #include "world_fixture.h"
 #include "hl/Hl_graph.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <sys/stat.h>
 #include <unistd.h>
-
-static void make_folders_for(const std::string& path)
-{
-    for (size_t k = 1; k < path.size(); k++)
-        if (path[k] == '/') mkdir(path.substr(0, k).c_str(), 0755);
-}
 
 void WorldTest::SetUp()
 {
@@ -43,21 +35,22 @@ void WorldTest::SetUp()
     mnw.mouse_x = mnw.mouse_y = -50;
     mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
     to_array = 0;
-    make_folders_for(root + "additional nav data/Earth/+030-120/");
+    std::filesystem::create_directories(root + "additional nav data/Earth/+030-120/");
 }
 
 void WorldTest::TearDown()
 {
     if (ouf.is_open()) ouf.close();
     inf_close();
-    std::string command = "rm -rf '" + root + "'";
-    EXPECT_EQ(std::system(command.c_str()), 0);
+    std::error_code failed;
+    std::filesystem::remove_all(root, failed);
+    EXPECT_FALSE(failed) << failed.message();
 }
 
 void WorldTest::write_file(const std::string& relative, const std::string& bytes)
 {
-    std::string path = root + relative;
-    make_folders_for(path);
+    const std::string path = root + relative;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream out(path, std::ios::binary);
     out << bytes;
 }
@@ -82,6 +75,5 @@ std::string WorldTest::last_log_line()
 
 std::string WorldTest::database(const std::string& head_text, const std::string& body)
 {
-    std::string text = "I\r\n500 " + head_text + "\r\n" + body + "99\r\n";
-    return text;
+    return "I\r\n500 " + head_text + "\r\n" + body + "99\r\n";
 }
