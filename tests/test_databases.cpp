@@ -1,5 +1,5 @@
 // apt.dat and nav.dat: record columns, and the limits of the load with their
-// fatal alerts. (SampleWorld.LoadsWholeStandsOnLandSavesTheSameBytesAndItsCoastsFit
+// fatal alerts. (SampleWorld.LoadsWholeSavesTheSameBytesAndItsCoastsFit
 // reads and writes a whole sample back to the same bytes.)
 #include "app/Utils.h"
 #include "world_fixture.h"

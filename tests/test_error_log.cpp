@@ -20,17 +20,13 @@ protected:
 
 TEST_F(ErrorLog, GoesBesideTheProgramElseIntoTheStateFolder)
 {
-    struct place {
-        const char* program_folder;   // below root
-        const char* state_home;       // XDG_STATE_HOME below root, or none
-        const char* log;              // where it must be, below root
-    } const places[] = {
+    // The program's folder, XDG_STATE_HOME (or none) and where the log must be, all below root.
+    const struct { const char *program_folder, *state_home, *log; } places[] = {
         {"", "state", "Error.out"},
         {"missing/", "state", "state/Norvane/Error.out"},
-        {"missing/", nullptr, "home/.local/state/Norvane/Error.out"},
-    };
+        {"missing/", nullptr, "home/.local/state/Norvane/Error.out"}};
     setenv("HOME", (root + "home").c_str(), 1);
-    for (const place& p : places) {
+    for (const auto& p : places) {
         C_to_C((root + p.program_folder).c_str(), app_path);
         if (p.state_home) setenv("XDG_STATE_HOME", (root + p.state_home).c_str(), 1);
         else unsetenv("XDG_STATE_HOME");

@@ -1,10 +1,6 @@
-// The menu file and its failures, the layout, the dot. (Picking each command
+// The menu file and its failures, and the layout. (Picking each command
 // by menu with a real mouse: Flows.EveryCommandByMenu in tests/window.)
 #include "world_fixture.h"
-#include "hl/Hl_graph.h"
-
-#include <cmath>
-#include <cstring>
 
 struct Menus : WorldTest {
     void menus(const std::string& body, const char* version = "1")
@@ -53,22 +49,4 @@ TEST_F(Menus, BrokenFilesStopTheRunWithTheLineBeingRead)
         EXPECT_FATAL_ALERT(MACIBM_read_menus("m.txt"), "File-scanning error!");
         EXPECT_NE(last_log_line().find(std::string("file: menu file, BE SURE THERE ") + f.second), std::string::npos);
     }
-}
-
-TEST_F(Menus, TheCurrentScreenHasADot)
-{
-    menus("0 Screen\r\n200 Terrain\r\n201 Obstacles\r\n\r\n\r\n");
-    to_array = 1;
-    mnw.mouse_x = 20, mnw.mouse_y = 590, mnw.mouse_click = mnw.mouse_down = 1;
-    MACIBM_handleclick();   // opens the menu
-    for (int screen : {200, 201}) {
-        msc.screen = screen;
-        std::memset(rgb_array, 0, sizeof rgb_array);
-        MACIBM_draw_menus();
-        for (int i = 0; i < 2; i++) {
-            const unsigned char* dot = rgb_array + ((int)(mnw.item_y1[0][i] + 6) * canvas_w + 16) * 4;
-            EXPECT_EQ(dot[3] != 0 && dot[0] == std::lround(col_rgb[6][0] * 255), screen == 200 + i) << screen << i;
-        }
-    }
-    to_array = 0;
 }

@@ -46,8 +46,6 @@ protected:
         set_orientation(6, 50, st_r2, 2003);
         set_orientation(7, 50, st_r3, 2007);
         set_orientation(8, 50, st_flip_t, 52);
-        set_orientation(9, 50, st_flip_s, 56);
-        set_orientation(10, 50, st_swap, 52);
         C_to_C("rock face", msc.ter_tex_name[3]);
         C_to_C("sand", msc.ter_tex_name[7]);
         C_to_C("painted nowhere", msc.ter_tex_name[9]);
@@ -170,8 +168,9 @@ TEST_F(TileFile, MissingFileOrWrongHeadLaysABlankWaterTile)
 }
 
 // A file cut inside the name table: the cut slot keeps the bytes the file had
-// for it, over "Untitled"; the slots behind it are "Untitled".
-TEST_F(TileFile, ShortNameTableKeepsTheBytesOfTheCutSlot)
+// for it, over "Untitled"; the slots behind it are "Untitled". A file cut
+// inside the vertices is fatal.
+TEST_F(TileFile, FileCutInTheNamesKeepsTheCutSlotAndInTheVerticesIsFatal)
 {
     writeout(200);
     std::string f = read_file(tile_file);
@@ -183,6 +182,11 @@ TEST_F(TileFile, ShortNameTableKeepsTheBytesOfTheCutSlot)
     read_terrain();
     EXPECT_STREQ(msc.ter_tex_name[1], "graitled");
     EXPECT_STREQ(msc.ter_tex_name[2], "Untitled");
+
+    f.resize(1000);   // inside the vertices
+    write_file(tile_file, f);
+    EXPECT_FATAL_ALERT(read_terrain(), "File-scanning error!");
+    EXPECT_NE(last_log_line().find("file: " + root + tile_file + ", GetLastError="), std::string::npos);
 }
 
 // Names that leave their folder are kept and written back, never opened, and
@@ -208,16 +212,6 @@ TEST_F(TileFile, NamesOutsideTheirFolderAreKeptButNotOpened)
     EXPECT_NE(alerts_seen()[0].find("../../../etc/passwd"), std::string::npos) << alerts_seen()[0];
     writeout(200);
     EXPECT_EQ(read_file(tile_file), written);
-}
-
-TEST_F(TileFile, FileCutInsideTheVerticesIsFatal)
-{
-    writeout(200);
-    std::string f = read_file(tile_file);
-    f.resize(1000);
-    write_file(tile_file, f);
-    EXPECT_FATAL_ALERT(read_terrain(), "File-scanning error!");
-    EXPECT_NE(last_log_line().find("file: " + root + tile_file + ", GetLastError="), std::string::npos);
 }
 
 TEST_F(TileFile, SavingIntoAMissingFolderWarnsAndKeepsTheChanges)
