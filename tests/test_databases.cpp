@@ -90,7 +90,7 @@ TEST_F(Databases, FullTablesLoadAndOneRecordMoreIsFatal)
     EXPECT_EQ(last_log_line().rfind("MACIBM_alert: Too many navs in nav.dat file!   19997, GetLastError=", 0), 0u);
 }
 
-TEST_F(Databases, MissingDatabaseIsFatal)
+TEST_F(Databases, MissingOrBrokenDatabaseIsFatal)
 {
     EXPECT_FATAL_ALERT(load_airports(), "I am unable to access the airport data file!");
     std::string line = last_log_line();
@@ -101,10 +101,8 @@ TEST_F(Databases, MissingDatabaseIsFatal)
         << line;
     EXPECT_EQ(line.substr(line.size() - 24), ", winerror.h for strings");
     EXPECT_FATAL_ALERT(load_navaids(), "I am unable to access the nav data file!");
-}
 
-TEST_F(Databases, FileEndingBeforeItsMarkerIsFatal)
-{
+    // A file that ends before its marker, and a field that is no number.
     write_file(apt_file, "I\r\n500 x\r\n1 10 0 0 AAAA name\r\n");
     EXPECT_FATAL_ALERT(load_airports(), "File-scanning error!");
     EXPECT_NE(last_log_line().find("file: " + root + apt_file + ", "), std::string::npos);

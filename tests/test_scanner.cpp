@@ -9,17 +9,11 @@ class Scanner : public WorldTest {
 protected:
     char path[path_len];
 
-    int open_text(const std::string& bytes, int version = 1, int complain = 0)
+    int open_text(const std::string& bytes, int version = 1, int complain = 0, int kind = kind_text)
     {
         write_file("data.txt", bytes);
         C_plus_C(app_path, "data.txt", path);
-        return inf_open(path, kind_text, version, complain);
-    }
-    int open_binary(const std::string& bytes, int version)
-    {
-        write_file("data.bin", bytes);
-        C_plus_C(app_path, "data.bin", path);
-        return inf_open(path, kind_tile, version, 0);
+        return inf_open(path, kind, version, complain);
     }
 };
 
@@ -56,8 +50,8 @@ TEST_F(Scanner, WrongVersionAndFailedReadsAreFatalNamingTheFileAndLabel)
               0u)
         << last_log_line();
     // A binary file is placed by its byte: the version would start at byte 1.
-    EXPECT_FATAL_ALERT(open_binary("i", 4), "File-scanning error!");
-    EXPECT_NE(last_log_line().find("File-scanning error! " + root + "data.bin, byte 1 file: "), std::string::npos)
+    EXPECT_FATAL_ALERT(open_text("i", 4, 0, kind_tile), "File-scanning error!");
+    EXPECT_NE(last_log_line().find("File-scanning error! " + root + "data.txt, byte 1 file: "), std::string::npos)
         << last_log_line();
 }
 
