@@ -1,6 +1,5 @@
-// The runway lighting code, the identifier characters, the packed terrain
-// code of a tile vertex, the small number and range helpers, and the ground
-// textures of a tile and their orientation derived from the water flags.
+// The runway lighting code, the packed terrain code of a tile vertex, and the
+// ground textures of a tile and their orientation derived from the water flags.
 #include "hl/Hl_funct.h"
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
@@ -79,18 +78,6 @@ TEST(Codes, RunwayCodeDecodesDigitByDigitAndEncodesBack)
     EXPECT_EQ(lgts_to_code('Q', slope, runway, approach), 11100);
 }
 
-TEST(Codes, IdentifierCharacters)
-{
-    const std::pair<int, char> ends[] = {{0, ' '}, {1, '0'}, {10, '9'}, {11, 'A'}, {36, 'Z'}};
-    for (auto [code, c] : ends) {
-        EXPECT_EQ(code_to_char(code), c) << code;
-        EXPECT_EQ(char_to_code(c), code) << c;
-    }
-    EXPECT_EQ(code_to_char(37), '0');
-    EXPECT_EQ(code_to_char(-1), '0');
-    for (char c : {'a', '/', '[', '\0'}) EXPECT_EQ(char_to_code(c), 1) << (int)c;
-}
-
 TEST(Codes, TerrainCodeEncodesTheSValues)
 {
     EXPECT_EQ(encoded(0, st_r0, 54), -40054);
@@ -114,27 +101,6 @@ TEST(Codes, TerrainCodeEncodesTheSValues)
                 EXPECT_EQ(v.water * 10000 + v.tex, water * 10000 + tex);
                 EXPECT_EQ(orientation_of(v.st), o) << "orientation " << o << " tex " << tex;
             }
-}
-
-// The number and character helpers. (The range and box tests and inside_cw_reg
-// are checked through the controls and cells they serve: ControlTest, CellPick.)
-TEST(Helpers, NumbersAndCharacters)
-{
-    for (auto [c, value] : {std::pair{'7', 7}, {'+', 1}, {'-', -1}, {'x', 0}}) EXPECT_EQ(char_to_int(c), value) << c;
-    EXPECT_EQ(int_to_char(10), '0');
-    EXPECT_EQ(int_to_char(9), '9');
-    EXPECT_EQ(str_is_int(""), 1);
-    EXPECT_EQ(str_is_int("-5"), 0);
-    for (auto [text, value] : {std::pair{"", -1}, {"00042", 42}, {"123456", -1}, {"-5", -1}})
-        EXPECT_EQ(str_to_int(text), value) << text;
-
-    // Beyond the range the top digit becomes '0'.
-    char out[16];
-    for (auto [value, text] : {std::pair{0, "0"}, {-45, "-45"}, {100000, "100000"}, {999999, "999999"},
-                               {-999999, "-999999"}, {1234567, "034567"}}) {
-        int_to_str(value, out);
-        EXPECT_STREQ(out, text);
-    }
 }
 
 // ---- derivation of the ground textures from the water flags ------------------------------------------
@@ -177,14 +143,6 @@ void expect_cells(std::initializer_list<cell> cells)
             << orientation_of(planest[c.i][c.j]) << ", expected " << c.tex << " in " << c.orientation;
 }
 
-int all_cells_are(unsigned int tex)
-{
-    for (int i = 0; i < grid_i; i++)
-        for (int j = 0; j < grid_j; j++)
-            if (planetex[i][j] != tex || orientation_of(planest[i][j]) != st_r0) return 0;
-    return 1;
-}
-
 class Derivation : public ::testing::Test {
 protected:
     void SetUp() override
@@ -194,16 +152,6 @@ protected:
 };
 
 }  // namespace
-
-TEST_F(Derivation, PlainTilesGetPlainTextures)
-{
-    // The entries of the last vertex row and column belong to no cell.
-    derive_on(1, [] { planetex[59][10] = planetex[10][79] = 7; });
-    EXPECT_TRUE(all_cells_are(50));
-    EXPECT_EQ(planetex[59][10] + planetex[10][79], 14u);
-    derive_on(0, [] {});
-    EXPECT_TRUE(all_cells_are(54));
-}
 
 TEST_F(Derivation, WaterEdgesFollowTheGrass)
 {

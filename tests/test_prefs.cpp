@@ -1,6 +1,8 @@
 // The preference files: where the editor was, and the display mode.
 #include "world_fixture.h"
 
+#include <filesystem>
+
 class Prefs : public WorldTest {
 protected:
     char path[path_len];
@@ -16,20 +18,6 @@ static std::string place()
 {
     return std::to_string(msc.lat) + " " + std::to_string(msc.lon) + " tool " + std::to_string(msc.ter_tool) +
            " screen " + std::to_string(msc.screen) + " " + std::to_string(msc.apt_sel) + " " + std::to_string(msc.nav_sel);
-}
-
-TEST_F(Prefs, WrittenPlaceReadsBackAndTheFolderIsMade)
-{
-    msc.lat = -34;
-    msc.lon = -71;
-    msc.ter_tool = 3;
-    msc.screen = 203;
-    msc.apt_sel = 17;
-    msc.nav_sel = 4;
-    EXPECT_EQ(handle_prefs(0, 6, path), 1);
-    set_msc_defaults();
-    EXPECT_EQ(handle_prefs(0, 5, path), 1);
-    EXPECT_EQ(place(), "-34.000000 -71.000000 tool 3 screen 203 17 4");
 }
 
 TEST_F(Prefs, DisplayFileNeedsAllFourValuesAndBadArgumentsAreFatal)
@@ -50,7 +38,7 @@ TEST_F(Prefs, DisplayFileNeedsAllFourValuesAndBadArgumentsAreFatal)
 
 // A preference file is a file on disk: values the editor could not have
 // written take their defaults, and nothing is read or written outside a table.
-TEST_F(Prefs, ValuesOutOfRangeTakeTheirDefaults)
+TEST_F(Prefs, ValuesOutOfRangeTakeTheirDefaultsAndAPlaceReadsBack)
 {
     write_file("config/Norvane/Norvane Tile-Forger.prf",
                "I\r\n543 version\r\n1e30\r\n-2147483648\r\n9\r\n202\r\n5000000\r\n-3\r\n");
@@ -67,6 +55,12 @@ TEST_F(Prefs, ValuesOutOfRangeTakeTheirDefaults)
     nav_type[2] = 0;
     msc.lat = -99, msc.lon = 999, msc.screen = 199, msc.ter_tool = 4;   // the spinners' ends stay
     keep_place_in_range();
+    EXPECT_EQ(place(), "-99.000000 999.000000 tool 4 screen 200 4 2");
+    // Saved into a folder made anew, and read back.
+    std::filesystem::remove_all(root + "config");
+    EXPECT_EQ(handle_prefs(0, 6, path), 1);
+    set_msc_defaults();
+    EXPECT_EQ(handle_prefs(0, 5, path), 1);
     EXPECT_EQ(place(), "-99.000000 999.000000 tool 4 screen 200 4 2");
 
     // A letter typed with a selection far outside the table edits nothing.
