@@ -9,7 +9,6 @@
 #include "world_fixture.h"
 
 #include <algorithm>
-#include <cstring>
 #include <tuple>
 
 namespace {

@@ -2,8 +2,6 @@
 // folder scan counts folders, cuts off and sorts.
 #include "world_fixture.h"
 
-#include <algorithm>
-#include <filesystem>
 #include <sys/stat.h>
 #include <vector>
 

@@ -18,11 +18,8 @@ TEST_F(SampleWorld, LoadsWholeSavesTheSameBytesAndItsCoastsFit)
     read_terrain();
     load_airports();
     load_navaids();
-    EXPECT_GT(apt_wrl_max, 3);
-    EXPECT_GT(rwy_wrl_max, apt_wrl_max);
-    EXPECT_GT(nav_wrl_max, 5);
     EXPECT_GT(msc.coast_num, 1000);   // the real shore, not a handful of dots
-    // Written back unchanged: a runway under the wrong airport would show.
+    // Written back unchanged: a record missed or a runway under the wrong airport would show.
     const std::string apt_before = read_file("additional nav data/Earth/apt.dat");
     const std::string nav_before = read_file("additional nav data/Earth/nav.dat");
     writeout(202);

@@ -34,6 +34,7 @@ void WorldTest::SetUp()
     mnw.win_x = mnw.win_y = 0;
     mnw.mouse_x = mnw.mouse_y = -50;
     mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
+    g_cs_input[0] = 0;   // the edit line empty
     to_array = 0;
     std::filesystem::create_directories(root + "additional nav data/Earth/+030-120/");
 }
@@ -71,6 +72,13 @@ std::string WorldTest::last_log_line()
         if (!line.empty()) last = line;
     if (!last.empty() && last.back() == '\r') last.pop_back();
     return last;
+}
+
+::testing::AssertionResult WorldTest::log_begins(const std::string& start)
+{
+    const std::string line = last_log_line();
+    if (line.rfind("MACIBM_alert: " + start, 0) == 0) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "the log ends in: " << line;
 }
 
 std::string WorldTest::database(const std::string& head_text, const std::string& body)

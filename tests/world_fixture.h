@@ -24,6 +24,8 @@ protected:
     std::string read_file(const std::string& relative);
     // The last line of "Error.out" in the current folder, without its line end.
     static std::string last_log_line();
+    // That last line is the alert whose text begins with start.
+    static ::testing::AssertionResult log_begins(const std::string& start);
     // A database file with the given record lines, CR LF line ends and the head.
     static std::string database(const std::string& head_text, const std::string& body);
 };
