@@ -102,6 +102,14 @@ TEST(Codes, TerrainCodeEncodesTheSValues)
             }
 }
 
+// Only digits make a number: the ids of the menu file go through these.
+TEST(Helpers, OnlyDigitsMakeANumber)
+{
+    EXPECT_EQ(str_is_int("-5"), 0);
+    for (auto [text, value] : {std::pair{"", -1}, {"00042", 42}, {"123456", -1}, {"-5", -1}})
+        EXPECT_EQ(str_to_int(text), value) << text;
+}
+
 // ---- derivation of the ground textures from the water flags ------------------------------------------
 
 namespace {
@@ -111,6 +119,9 @@ void lay_tile(int water)
 {
     for (int i = 0; i < grid_ni; i++)
         for (int j = 0; j < grid_nj; j++) {
+            planelon[i][j] = -119.0f + i / 59.0f;
+            planelat[i][j] = 33.0f + j / 79.0f;
+            planey[i][j] = 0.0f;
             is_water[i][j] = water;
             planetex[i][j] = 0;
         }
@@ -180,4 +191,17 @@ TEST_F(Derivation, OneGrassCellInWaterShowsEveryEdgeAndInsideCorner)
     // Grass W and N and at the SE diagonal: rule 1 holds, then rule 11 overrides it.
     derive_on(1, [] { is_water[9][10] = is_water[10][11] = is_water[11][9] = 0; });
     expect_cells({{10, 10, 53, st_r0}});
+}
+
+// Land rising more than 1 in 10 takes the mountain texture 58, in blocks of two
+// by two from (1, 1); not a block with water within a cell of it.
+TEST_F(Derivation, SteepLandAwayFromWaterIsMountain)
+{
+    derive_on(0, [] {
+        for (int i = 0; i < grid_ni; i++)
+            for (int j = 0; j < grid_nj; j++) planey[i][j] = 200.0f * i;   // a slope of about 0.13
+        is_water[40][40] = 1;
+    });
+    expect_cells({{31, 41, 58, st_r0}, {32, 42, 58, st_r0}});
+    EXPECT_NE(planetex[39][39], 58u);
 }

@@ -73,7 +73,7 @@ TEST_F(ControlTest, RadioLampTakesItsValueOnClicksInsideItsEdges)
     // Bright face, lit edge at the bottom left and dark at the top right when
     // on; a dark face when off.
     EXPECT_TRUE(has_colour(124, 104, 68) && has_colour(120, 100, 65) && has_colour(120, 105, 65) &&
-                has_colour(128, 108, 69) && has_colour(144, 104, 70));
+                has_colour(126, 100, 65) && has_colour(128, 108, 69) && has_colour(144, 104, 70));
     // Just outside, and inside with the button held from an earlier click.
     for (auto [mx, my, click] : {std::tuple{130.5f, 105.0f, 1}, {125.0f, 99.5f, 1}, {125.0f, 105.0f, 0}}) {
         mouse(mx, my, click);
