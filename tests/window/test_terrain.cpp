@@ -28,12 +28,7 @@ static void draw_map()
     shot = grab_back_buffer();
 }
 
-static int shows(int x, int y, int col)
-{
-    int same = 1;
-    for (int k = 0; k < 3; k++) same &= std::abs(px_at(shot.data(), x, y)[k] - intround(col_rgb[col][k] * 255.0f)) <= 1;
-    return same;
-}
+static int shows(int x, int y, int col) { return has_colour(px_at(shot.data(), x, y), col); }
 
 static const unsigned char* cell_px(int i, int j)
 {
@@ -58,12 +53,8 @@ static long long fake_ms;
 
 static void push_click(float x, float y)
 {
-    SDL_Event e[2] = {};
-    e[0].type = SDL_MOUSEMOTION, e[1].type = SDL_MOUSEBUTTONDOWN, e[1].button.button = SDL_BUTTON_LEFT;
-    e[0].motion.x = e[1].button.x = (int)(x + mnw.win_x);
-    e[0].motion.y = e[1].button.y = (int)(600 - (y + mnw.win_y));
-    SDL_PushEvent(&e[0]);
-    SDL_PushEvent(&e[1]);
+    push_mouse(SDL_MOUSEMOTION, x + mnw.win_x, y + mnw.win_y);
+    push_mouse(SDL_MOUSEBUTTONDOWN, x + mnw.win_x, y + mnw.win_y);
 }
 
 static long long scripted_user()
@@ -78,7 +69,6 @@ static long long scripted_user()
     if (++frames_in_win > 100) overran = 1, mnw.win_id = 0;
     return fake_ms += 20;
 }
-
 
 static void frame_at(float x, float y, int click, int down = 1, int repeat = 0)
 {
@@ -105,14 +95,10 @@ static int orientation_of(int i, int j)
 
 // A flat water tile at 33 N 119 W with no features, at zoom 1, its vertices
 // placed. The pump's clock is the scripted user's.
-struct TerrainTest : WindowTest {
-    miscstruct kept_msc;
-    std::string kept_app_path, kept_ter_path;
-    int kept_first_update = 0;
+struct TerrainTest : ScriptedTest {
     void SetUp() override
     {
-        WindowTest::SetUp();
-        kept_msc = msc, kept_app_path = app_path, kept_ter_path = ter_path, kept_first_update = have_done_first_update;
+        ScriptedTest::SetUp();
         set_msc_defaults();
         lay_flat_grid();
         clear_feature_tables();
@@ -120,13 +106,9 @@ struct TerrainTest : WindowTest {
         std::memset(planest, 0, sizeof planest);
         apt_wrl_max = -1;
         msc.sel_row = msc.sel_col = 1;   // the red frame out of the way
-        msc.screen = 0, msc.obj_sel = -1;   // no panel baked when a modal window closes
+        msc.obj_sel = -1;
         obj_flash = tex_list_top = 0;
-        have_done_first_update = 1;
-        SDL_SetEventFilter(pushed_events_only, nullptr);
-        platform_take_messages();
-        MACIBM_restart_pump();
-        platform_clock_ms = scripted_user;
+        start_script(scripted_user);
         windows_shown.clear();
         overran = 0;
         plot_TF_terrain();
@@ -134,12 +116,7 @@ struct TerrainTest : WindowTest {
     void TearDown() override
     {
         EXPECT_EQ(overran, 0) << "a modal window was left unanswered";
-        platform_clock_ms = platform_monotonic_ms;
-        MACIBM_restart_pump();
-        SDL_SetEventFilter(nullptr, nullptr);
-        msc = kept_msc, have_done_first_update = kept_first_update, mnw.win_id = 0;
-        C_to_C(kept_app_path.c_str(), app_path);
-        C_to_C(kept_ter_path.c_str(), ter_path);
+        ScriptedTest::TearDown();
     }
 };
 using TerrainView = TerrainTest;
