@@ -129,13 +129,12 @@ inline void start_xvfb(const char* screen = "800x600x24")
     });
     close(fds[1]);
     // The server writes its number and a line end once it listens.
-    std::string number;
-    char c = 0;
+    char number[16] = {};
     pollfd p = {fds[0], POLLIN, 0};
-    while (c != '\n' && poll(&p, 1, 60000) == 1 && read(fds[0], &c, 1) == 1) number += c;
+    const bool listens = poll(&p, 1, 60000) == 1 && read(fds[0], number, sizeof number - 1) > 0;
     close(fds[0]);
-    ASSERT_TRUE(c == '\n' && !number.empty()) << "Xvfb gave no display";
-    run.display = ":" + std::to_string(std::atoi(number.c_str()));
+    ASSERT_TRUE(listens) << "Xvfb gave no display";
+    run.display = ":" + std::to_string(std::atoi(number));
     ASSERT_NE(run.x = XOpenDisplay(run.display.c_str()), nullptr);
 }
 
@@ -143,16 +142,9 @@ inline void start_xvfb(const char* screen = "800x600x24")
 inline void start_window_manager()
 {
     run.wm = start_child("wm.log", [] { execlp("openbox", "openbox", "--sm-disable", (char*)nullptr); });
-    const Atom check = XInternAtom(run.x, "_NET_SUPPORTING_WM_CHECK", False);
-    ASSERT_TRUE(eventually([&] {
-        Atom type;
-        int format;
-        unsigned long n, after;
-        unsigned char* data = nullptr;
-        XGetWindowProperty(run.x, DefaultRootWindow(run.x), check, 0, 1, False, AnyPropertyType, &type, &format, &n,
-                           &after, &data);
-        if (data) XFree(data);
-        return n > 0;
+    ASSERT_TRUE(eventually([] {
+        return output_of("DISPLAY=" + run.display + " xprop -root _NET_SUPPORTING_WM_CHECK").find("window id") !=
+               std::string::npos;
     })) << "the window manager did not come up";
 }
 
@@ -229,13 +221,6 @@ inline unsigned long colour(int col)
     return byte(0) << 16 | byte(1) << 8 | byte(2);
 }
 inline bool shows(int x, int y, int col) { return pixel(x, y) == colour(col); }
-inline bool box_has(int x1, int y1, int x2, int y2, int col)
-{
-    for (unsigned long p : grab(x1, y1, x2, y2))
-        if (p == colour(col)) return true;
-    return false;
-}
-
 inline unsigned long panel_colour(int x, int y)
 {
     const bmp_rgb c = panel_pixel(x, y);

@@ -20,15 +20,11 @@ const std::string tile_folder = "additional nav data/Earth/+030-120/";
 const std::string apt_path = "additional nav data/Earth/apt.dat", nav_path = "additional nav data/Earth/nav.dat";
 const int col_water = 16, col_selection = 8;
 
-int le_int(const std::string& bytes, size_t at)
+// A little-endian int or float of a saved file.
+template <typename T = int>
+T le(const std::string& bytes, size_t at)
 {
-    int v;
-    std::memcpy(&v, bytes.data() + at, 4);
-    return v;
-}
-float le_float(const std::string& bytes, size_t at)
-{
-    float v;
+    T v;
     std::memcpy(&v, bytes.data() + at, 4);
     return v;
 }
@@ -175,17 +171,17 @@ TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
     const std::string f = file_text(tile_folder + "+034-119.env");
     ASSERT_EQ(f.size(), 5u + 76800 + 4 + 20000) << "no obstacles: the marker right behind the vertices";
     EXPECT_EQ(f[0], 'i');
-    EXPECT_EQ(le_int(f, 1), 4);
-    EXPECT_EQ(le_int(f, 76805), 99);
+    EXPECT_EQ(le(f, 1), 4);
+    EXPECT_EQ(le(f, 76805), 99);
     for (int n = 0; n < 500; n++) EXPECT_EQ(std::strncmp(f.data() + 76809 + 40 * n, "Untitled", 9), 0) << n;
     for (int j = 0; j < 80; j++)
         for (int i = 0; i < 60; i++) {
             const size_t at = 5 + 16 * (j * 60 + i);
             const bool dragged = i == 40 && j == 20, raised = i == 20 && j == 30;
-            ASSERT_NEAR(le_float(f, at), dragged ? lat_at(34, drop.y) : 34 + j / 79.0f, 1e-4) << i << "," << j;
-            ASSERT_NEAR(le_float(f, at + 4), dragged ? lon_at(34, drop.x, drop.y) : -119 + i / 59.0f, 1e-4) << i;
-            ASSERT_EQ(le_float(f, at + 8), 0.0f) << i << "," << j;
-            ASSERT_EQ(-le_int(f, at + 12) >= 100000, !raised) << "water bit of " << i << "," << j;
+            ASSERT_NEAR(le<float>(f, at), dragged ? lat_at(34, drop.y) : 34 + j / 79.0f, 1e-4) << i << "," << j;
+            ASSERT_NEAR(le<float>(f, at + 4), dragged ? lon_at(34, drop.x, drop.y) : -119 + i / 59.0f, 1e-4) << i;
+            ASSERT_EQ(le<float>(f, at + 8), 0.0f) << i << "," << j;
+            ASSERT_EQ(-le(f, at + 12) >= 100000, !raised) << "water bit of " << i << "," << j;
         }
 
     open_tile(-1);   // the saved tile, read back
@@ -223,7 +219,10 @@ TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
 
     choose_tool(1);
     const screen_point v = place_of(35, 30, 50);
-    auto marked = [&] { return box_has(v.x - 5, v.y - 5, v.x + 5, v.y + 5, col_selection); };
+    auto marked = [&] {
+        const pixels around = grab(v.x - 5, v.y - 5, v.x + 5, v.y + 5);
+        return std::count(around.begin(), around.end(), colour(col_selection)) > 0;
+    };
     EXPECT_FALSE(marked());
     EXPECT_TRUE(hold_until(v.x, v.y, marked)) << "the selection mark did not come";
     park();
@@ -237,33 +236,17 @@ TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
     xdo("key space");
     ASSERT_TRUE(eventually([] { return shows(200, 100, col_water); })) << "space left the textures on";
 
-    // The tile's east edge at y 300: x = 168 + (1 - pan) * 573 * zoom * cos(lat).
-    auto east_edge = [](float zoom, float pan) {
-        const float lat = 35 + (300 - map_y1) / (map_scale * zoom) + pan;
-        return (int)(map_x1 + (1 - pan) * map_scale * zoom * std::cos(lat * 0.017453293f));
-    };
-    const int edge1 = east_edge(1, 0), edge2 = east_edge(1.2f, 0.1f / 1.2f);
-    EXPECT_TRUE(shows(edge1 - 3, 300, col_water));
-    EXPECT_EQ(off_panel(edge1 + 3, 300, edge1 + 3, 300), 0);
-    xdo("key plus");
-    ASSERT_TRUE(eventually([&] { return shows(edge2 - 3, 300, col_water); })) << "no zoom";
-    EXPECT_EQ(off_panel(edge2 + 3, 300, edge2 + 3, 300), 0);
+    // The map's projection at each zoom is left to the unit tests: here the key only has to reach it.
+    EXPECT_TRUE(changes([] { xdo("key plus"); }, 310, 10, 640, 570)) << "no zoom";
     const pixels lit = lamp(4), unlit = lamp(0);
     xdo("key m");   // from the last tool round to the first
     ASSERT_TRUE(eventually([&] { return lamp(0) != unlit && lamp(4) != lit; })) << "tool 0 did not light";
 
     quit({prompt_dont});
     EXPECT_FALSE(fs::exists(in_dir(tile_folder + "+035-119.env")));
-    std::istringstream prefs(file_text("config/Norvane/Norvane Tile-Forger.prf"));
-    std::string head, version, word;
-    float lat = 0, lon = 0;
-    int tool = -1, screen = 0;
-    prefs >> head >> version >> word >> lat >> lon >> tool >> screen;
-    EXPECT_EQ(head + version + word, "I543version");
-    EXPECT_EQ(lat, 35);
-    EXPECT_EQ(lon, -119);
-    EXPECT_EQ(tool, 0);
-    EXPECT_EQ(screen, 200);
+    // The place, 35 N 119 W, the tool and the screen.
+    EXPECT_EQ(file_text("config/Norvane/Norvane Tile-Forger.prf"),
+              "I\r\n543 version\r\n35.000000\r\n-119.000000\r\n0\r\n200\r\n0\r\n0\r\n");
 }
 
 // Every command by menu (by_menu fails for one that no item gives), on the
@@ -345,14 +328,14 @@ TEST_F(Flows, TheObstacleJob)
     const struct { int kind; float x, y, hddz; } records[3] = {{2, 320, 280, 100}, {3, 500, 400, 100}, {8, 350, 450, 0}};
     size_t at = 76805;
     for (const auto& r : records) {
-        EXPECT_EQ(le_int(b, at), r.kind);
-        EXPECT_NEAR(le_float(b, at + 4), lat_at(33, r.y), 1e-3);
-        EXPECT_NEAR(le_float(b, at + 8), lon_at(33, r.x, r.y), 1e-3);
-        EXPECT_EQ(le_float(b, at + 12), r.hddz);
+        EXPECT_EQ(le(b, at), r.kind);
+        EXPECT_NEAR(le<float>(b, at + 4), lat_at(33, r.y), 1e-3);
+        EXPECT_NEAR(le<float>(b, at + 8), lon_at(33, r.x, r.y), 1e-3);
+        EXPECT_EQ(le<float>(b, at + 12), r.hddz);
         at += r.kind == 8 ? 56 : 24;
     }
     EXPECT_EQ(b.substr(at - 40, 40), object.substr(0, 40));
-    EXPECT_EQ(le_int(b, at), 99);
+    EXPECT_EQ(le(b, at), 99);
 }
 
 // A new airport named from the keyboard with a second runway, saved by the
