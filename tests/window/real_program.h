@@ -129,12 +129,13 @@ inline void start_xvfb(const char* screen = "800x600x24")
     });
     close(fds[1]);
     // The server writes its number and a line end once it listens.
-    char number[16] = {};
+    std::string number;
+    char c = 0;
     pollfd p = {fds[0], POLLIN, 0};
-    const bool listens = poll(&p, 1, 60000) == 1 && read(fds[0], number, sizeof number - 1) > 0;
+    while (c != '\n' && poll(&p, 1, 60000) == 1 && read(fds[0], &c, 1) == 1) number += c;
     close(fds[0]);
-    ASSERT_TRUE(listens) << "Xvfb gave no display";
-    run.display = ":" + std::to_string(std::atoi(number));
+    ASSERT_TRUE(c == '\n' && !number.empty()) << "Xvfb gave no display";
+    run.display = ":" + std::to_string(std::atoi(number.c_str()));
     ASSERT_NE(run.x = XOpenDisplay(run.display.c_str()), nullptr);
 }
 
