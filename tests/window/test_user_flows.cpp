@@ -165,10 +165,7 @@ TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
     park();
     const std::string f = file_text(tile_folder + "+034-119.env");
     ASSERT_EQ(f.size(), 5u + 76800 + 4 + 20000) << "no obstacles: the marker right behind the vertices";
-    EXPECT_EQ(f[0], 'i');
-    EXPECT_EQ(le(f, 1), 4);
-    EXPECT_EQ(le(f, 76805), 99);
-    for (int n = 0; n < 500; n++) EXPECT_EQ(std::strncmp(f.data() + 76809 + 40 * n, "Untitled", 9), 0) << n;
+    // The head, the marker and the name table are the TileFile tests': here the edits, vertex by vertex.
     for (int j = 0; j < 80; j++)
         for (int i = 0; i < 60; i++) {
             const size_t at = 5 + 16 * (j * 60 + i);
