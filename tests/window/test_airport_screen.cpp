@@ -56,7 +56,9 @@ TEST_F(AirportScreen, RunwaysFillTheDiagramToScaleAndAClickPicksTheLastUnderTheM
     EXPECT_NEAR(airport_scale, 433.0f / 914.4f, 1e-4);
 
     one_airport(2);
-    rwy_hdng[1] = 90;   // a cross: both hold the middle, the later one wins
+    rwy_hdng[1] = 90;   // a cross: the selected one is drawn over the other; a click picks the later one
+    diagram_frame(0, 0, 0, 0);
+    EXPECT_TRUE(has_colour(px_at(grab_back_buffer().data(), 551, 359), 19)) << "the selected runway is not on top";
     EXPECT_EQ(diagram_frame(0, 551.5f, 359.5f, 1), 1);
     EXPECT_EQ(diagram_frame(1, 551.5f, 500, 1), 0);   // on the upright one only
     EXPECT_EQ(diagram_frame(1, 700, 500, 1), 1);      // in the box on no runway
