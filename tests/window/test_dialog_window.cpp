@@ -235,5 +235,6 @@ TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLi
     EXPECT_EQ(coloured(30, 251, 500, 299, 13), stamped("Go up a level", 362, 503));
     EXPECT_EQ(coloured(65, 251, 63, 299, 13), stamped("ab", 255, 66));
     EXPECT_EQ(coloured(56, 251, 63, 299, 13), rect_pixels(268, 65, 1, 9));
+    EXPECT_EQ(coloured(30, 251, 63, 299, 13).size(), 299u * 13 - stamped("ab", 255, 66).size() - 9);   // black else
     EXPECT_EQ(coloured(67, 537, 87, 13, 400).size(), 0u);
 }
