@@ -143,16 +143,9 @@ inline void start_xvfb(const char* screen = "800x600x24")
 inline void start_window_manager()
 {
     run.wm = start_child("wm.log", [] { execlp("openbox", "openbox", "--sm-disable", (char*)nullptr); });
-    const Atom check = XInternAtom(run.x, "_NET_SUPPORTING_WM_CHECK", False);
-    ASSERT_TRUE(eventually([&] {
-        Atom type;
-        int format;
-        unsigned long n, after;
-        unsigned char* data = nullptr;
-        XGetWindowProperty(run.x, DefaultRootWindow(run.x), check, 0, 1, False, AnyPropertyType, &type, &format, &n,
-                           &after, &data);
-        if (data) XFree(data);
-        return n > 0;
+    ASSERT_TRUE(eventually([] {
+        return output_of("DISPLAY=" + run.display + " xprop -root _NET_SUPPORTING_WM_CHECK").find("window id") !=
+               std::string::npos;
     })) << "the window manager did not come up";
 }
 
@@ -229,13 +222,6 @@ inline unsigned long colour(int col)
     return byte(0) << 16 | byte(1) << 8 | byte(2);
 }
 inline bool shows(int x, int y, int col) { return pixel(x, y) == colour(col); }
-inline bool box_has(int x1, int y1, int x2, int y2, int col)
-{
-    for (unsigned long p : grab(x1, y1, x2, y2))
-        if (p == colour(col)) return true;
-    return false;
-}
-
 inline unsigned long panel_colour(int x, int y)
 {
     const bmp_rgb c = panel_pixel(x, y);

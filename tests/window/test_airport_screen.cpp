@@ -28,77 +28,51 @@ void one_airport(int runways)
     }
 }
 
-int drawn(const std::vector<unsigned char>& shot, int x, int y, int col)
+// The selected runway after a frame of the diagram with the mouse at (x, y), a click if click.
+int diagram_frame(int selected, float x, float y, int click, float pan_y = 0)
 {
-    int same = 1;
-    for (int k = 0; k < 3; k++) same &= std::abs(px_at(shot.data(), x, y)[k] - intround(col_rgb[col][k] * 255.0f)) <= 1;
-    return same;
+    mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = click, mnw.mouse_down = mnw.mouse_repeat = 0;
+    OGL_airport(0, &selected, box_x1, box_y1, box_x2, box_y2, 0, pan_y, 1);
+    mnw.mouse_click = 0;
+    return selected;
 }
 
-struct AirportScreen : WindowTest {
-    void SetUp() override
-    {
-        WindowTest::SetUp();
-        mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
-    }
-    void TearDown() override { mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0; }
-};
+using AirportScreen = WindowTest;
 
-TEST_F(AirportScreen, OneRunwayFillsTheDiagramToScale)
+TEST_F(AirportScreen, RunwaysFillTheDiagramToScaleAndAClickPicksTheLastUnderTheMouse)
 {
     one_airport(1);
-    int sel = 0;
-    OGL_airport(0, &sel, box_x1, box_y1, box_x2, box_y2, 0, 0, 1);
+    diagram_frame(0, 0, 0, 0);
     // 3000 ft is 914.4 m, to fill 409 - 20 units of height: 389 / 914.4 a metre
     // (within the quarter metre that single precision keeps 3800 km north).
     EXPECT_NEAR(airport_scale, 389.0f / 914.4f, 1e-4);
     const std::vector<unsigned char> shot = grab_back_buffer();
+    auto green = [&](int x, int y) { return has_colour(px_at(shot.data(), x, y), 19); };   // selected: mid green
     // Upright in the middle: 389 high from 165 to 554, 100 ft (13 units) wide.
-    EXPECT_TRUE(drawn(shot, 551, 359, 19));   // the selected runway, mid green
-    EXPECT_TRUE(drawn(shot, 551, 170, 19));
-    EXPECT_TRUE(drawn(shot, 551, 549, 19));
-    EXPECT_FALSE(drawn(shot, 551, 160, 19));
-    EXPECT_FALSE(drawn(shot, 551, 560, 19));
-    EXPECT_FALSE(drawn(shot, 562, 359, 19));
-    EXPECT_TRUE(drawn(shot, 548, 359, 19) && drawn(shot, 555, 359, 19));
-
+    EXPECT_TRUE(green(551, 359) && green(551, 170) && green(551, 549) && green(548, 359) && green(555, 359));
+    EXPECT_FALSE(green(551, 160) || green(551, 560) || green(562, 359));
     rwy_hdng[0] = 90;   // lying down: the width of the box sets the scale
-    OGL_airport(0, &sel, box_x1, box_y1, box_x2, box_y2, 0, 0, 1);
+    diagram_frame(0, 0, 0, 0);
     EXPECT_NEAR(airport_scale, 433.0f / 914.4f, 1e-4);
+
+    one_airport(2);
+    rwy_hdng[1] = 90;   // a cross: the selected one is drawn over the other; a click picks the later one
+    diagram_frame(0, 0, 0, 0);
+    EXPECT_TRUE(has_colour(px_at(grab_back_buffer().data(), 551, 359), 19)) << "the selected runway is not on top";
+    EXPECT_EQ(diagram_frame(0, 551.5f, 359.5f, 1), 1);
+    EXPECT_EQ(diagram_frame(1, 551.5f, 500, 1), 0);   // on the upright one only
+    EXPECT_EQ(diagram_frame(1, 700, 500, 1), 1);      // in the box on no runway
+    EXPECT_EQ(diagram_frame(0, 551.5f, 359.5f, 1, 300), 0);   // panned away: the runway left the box
 }
 
 TEST_F(AirportScreen, RunwayOfNoSizeDrawsNothingAndStopsNothing)
 {
     one_airport(1);
     rwy_len[0] = rwy_width[0] = 0;
-    int sel = 0;
-    OGL_airport(0, &sel, box_x1, box_y1, box_x2, box_y2, 0, 0, 1);
+    diagram_frame(0, 0, 0, 0);
     EXPECT_FLOAT_EQ(airport_scale, 389.0f);   // as if a metre across
-    const pixel_set lit = lit_pixels(0);
-    for (auto [x, y] : lit) EXPECT_TRUE(std::abs(x - 551) <= 1 && std::abs(y - 359) <= 1) << x << "," << y;
-    mnw.mouse_x = 551.5f, mnw.mouse_y = 359.5f, mnw.mouse_click = 1;
-    sel = 7;
-    OGL_airport(0, &sel, box_x1, box_y1, box_x2, box_y2, 0, 0, 1);
-    EXPECT_EQ(sel, 7);   // a runway with no area takes no click
-}
-
-TEST_F(AirportScreen, AClickPicksTheLastRunwayUnderTheMouse)
-{
-    one_airport(2);
-    rwy_hdng[1] = 90;   // a cross: both hold the middle, the later one wins
-    int sel = 0;
-    mnw.mouse_x = 551.5f, mnw.mouse_y = 359.5f, mnw.mouse_click = 1;
-    OGL_airport(0, &sel, box_x1, box_y1, box_x2, box_y2, 0, 0, 1);
-    EXPECT_EQ(sel, 1);
-    mnw.mouse_y = 500;   // on the upright one only
-    OGL_airport(0, &sel, box_x1, box_y1, box_x2, box_y2, 0, 0, 1);
-    EXPECT_EQ(sel, 0);
-    mnw.mouse_x = 700;   // in the box on no runway
-    OGL_airport(0, &sel, box_x1, box_y1, box_x2, box_y2, 0, 0, 1);
-    EXPECT_EQ(sel, 0);
-    mnw.mouse_x = 551.5f, mnw.mouse_y = 359.5f;   // panned away: the runway left the box
-    OGL_airport(0, &sel, box_x1, box_y1, box_x2, box_y2, 0, 300, 1);
-    EXPECT_EQ(sel, 0);
+    for (auto [x, y] : lit_pixels(0)) EXPECT_TRUE(std::abs(x - 551) <= 1 && std::abs(y - 359) <= 1) << x << "," << y;
+    EXPECT_EQ(diagram_frame(7, 551.5f, 359.5f, 1), 7);   // a runway with no area takes no click
 }
 
 // ---- the name list -----------------------------------------------------------------------------------
@@ -110,6 +84,7 @@ int list_after(float x, float y, int click, int down, int repeat, int selected, 
     mnw.mouse_x = x, mnw.mouse_y = y;
     mnw.mouse_click = click, mnw.mouse_down = down, mnw.mouse_repeat = repeat;
     plot_name_list(20, 498, names, ids, &selected, first, last);
+    mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
     return selected;
 }
 
@@ -159,16 +134,10 @@ TEST_F(AirportScreen, ListKnobTravelsWithTheSelection)
         std::set<int> rows;
         for (auto [x, y] : lit_pixels(0))
             if (x >= 300 && x <= 315) rows.insert(y);
-        return rows;
+        return rows.empty() ? std::make_pair(0, 0) : std::make_pair(*rows.begin(), *rows.rbegin());
     };
-    std::set<int> rows = knob_rows(0);
-    ASSERT_FALSE(rows.empty());
-    EXPECT_EQ(*rows.begin(), 498 + 40);
-    EXPECT_EQ(*rows.rbegin(), 498 + 52);
-    rows = knob_rows(29);
-    ASSERT_FALSE(rows.empty());
-    EXPECT_EQ(*rows.begin(), 498 - 53);
-    EXPECT_EQ(*rows.rbegin(), 498 - 41);
+    EXPECT_EQ(knob_rows(0), std::make_pair(498 + 40, 498 + 52));
+    EXPECT_EQ(knob_rows(29), std::make_pair(498 - 53, 498 - 41));
 }
 
 }   // namespace

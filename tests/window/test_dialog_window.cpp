@@ -27,7 +27,7 @@ struct step { char kind; float x = 0, y = 0; int key = 0, step_end = 1; };
 using script = std::vector<step>;
 
 // The boxes of the dialog, as a user aims at them, and its origin on an 800 by 600 display.
-const float cancel_x = 150, cancel_y = 475, up_x = 150, up_y = 454, strip_x = 303, list_x = 100, row0_y = 432;
+const float cancel_x = 150, cancel_y = 475, strip_x = 303, list_x = 100, row0_y = 432;
 const float dlg_x = 240, dlg_y = 52;
 
 static script frames;
@@ -42,13 +42,8 @@ static std::string start_folder;
 static void feed(const step& f)
 {
     if (f.kind == 'k') return platform_push_key_code(f.key);
-    SDL_Event e = {SDL_MOUSEMOTION};
-    e.motion.x = (int)(f.x + dlg_x), e.motion.y = (int)(600 - (f.y + dlg_y));
-    SDL_PushEvent(&e);
-    if (f.kind == 'm') return;
-    e = SDL_Event{f.kind == 'p' ? SDL_MOUSEBUTTONDOWN : SDL_MOUSEBUTTONUP};
-    e.button.button = SDL_BUTTON_LEFT, e.button.x = (int)(f.x + dlg_x), e.button.y = (int)(600 - (f.y + dlg_y));
-    SDL_PushEvent(&e);
+    push_mouse(SDL_MOUSEMOTION, f.x + dlg_x, f.y + dlg_y);
+    if (f.kind != 'm') push_mouse(f.kind == 'p' ? SDL_MOUSEBUTTONDOWN : SDL_MOUSEBUTTONUP, f.x + dlg_x, f.y + dlg_y);
 }
 
 // What the user sees after a step, as "folder first-item items": wrk_path,
@@ -77,22 +72,14 @@ static long long scripted_clock()
 
 // The start folder of the texture dialog: the folder "Sub" (item 0), the files
 // f00.bmp to f58.bmp (items 1 to 59) and the folder "zz" (item 60).
-class DialogLoop : public WindowTest {
-protected:
-    std::string kept_ter_path = ter_path, scratch;   // scratch: removed afterwards
-    int kept_screen = msc.screen, kept_first_update = have_done_first_update;
-    float kept_time = mnw.time;
+struct DialogLoop : ScriptedTest {
+    std::string scratch;   // removed afterwards
     char name[dlg_path_len] = "keep.bmp", path[dlg_path_len] = "keep/path";
 
     void SetUp() override
     {
-        WindowTest::SetUp();
-        SDL_SetEventFilter(pushed_events_only, nullptr);
-        platform_take_messages();
-        MACIBM_restart_pump();
-        platform_clock_ms = scripted_clock;
-        have_done_first_update = 1;
-        msc.screen = mnw.win_id = 0;   // no panel to load when the dialog closes
+        ScriptedTest::SetUp();
+        start_script(scripted_clock);
         scratch = "/tmp/tf_dialog_" + std::to_string(getpid());
         start_folder = scratch + "/textures/";
         for (const char* f : {"Sub/Deeper", "zz"}) std::filesystem::create_directories(start_folder + f);
@@ -102,13 +89,7 @@ protected:
     }
     void TearDown() override
     {
-        // The pump as it was found: the other tests of the pump start from it.
-        platform_clock_ms = platform_monotonic_ms;
-        MACIBM_restart_pump();
-        have_done_first_update = kept_first_update, mnw.time = kept_time;
-        SDL_SetEventFilter(nullptr, nullptr);
-        C_to_C(kept_ter_path.c_str(), ter_path);
-        msc.screen = kept_screen, mnw.win_id = 0;
+        ScriptedTest::TearDown();
         std::filesystem::remove_all(scratch);
     }
 
@@ -195,12 +176,8 @@ struct DialogPicture : WindowTest {
 static pixel_set coloured(int col, int x0, int y0, int w, int h)
 {
     pixel_set s;
-    for (const auto& [x, y] : rect_pixels(x0, y0, w, h)) {
-        const unsigned char* p = px_at(rgb_array, x, y);
-        int same = p[3] != 0;
-        for (int k = 0; k < 3; k++) same &= p[k] == intround(col_rgb[col][k] * 255.0f);
-        if (same) s.insert({x, y});
-    }
+    for (const auto& [x, y] : rect_pixels(x0, y0, w, h))
+        if (px_at(rgb_array, x, y)[3] && has_colour(px_at(rgb_array, x, y), col, 0)) s.insert({x, y});
     return s;
 }
 
@@ -258,5 +235,6 @@ TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLi
     EXPECT_EQ(coloured(30, 251, 500, 299, 13), stamped("Go up a level", 362, 503));
     EXPECT_EQ(coloured(65, 251, 63, 299, 13), stamped("ab", 255, 66));
     EXPECT_EQ(coloured(56, 251, 63, 299, 13), rect_pixels(268, 65, 1, 9));
+    EXPECT_EQ(coloured(30, 251, 63, 299, 13).size(), 299u * 13 - stamped("ab", 255, 66).size() - 9);   // black else
     EXPECT_EQ(coloured(67, 537, 87, 13, 400).size(), 0u);
 }

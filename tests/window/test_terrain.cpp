@@ -1,7 +1,6 @@
 // The terrain view and the terrain screen on the real window: what the map
 // draws, read back from the back buffer, and what one frame of the screen does
-// with the mouse. The modal windows it raises (save prompt, open dialog,
-// alert) are answered by a scripted user riding on the pump's clock.
+// with the mouse.
 #include "window_fixture.h"
 #include "app/Main.h"
 #include "app/Panel_layout.h"
@@ -14,11 +13,7 @@
 #include <SDL2/SDL.h>
 
 #include <cmath>
-#include <filesystem>
 #include <map>
-#include <string>
-
-namespace fs = std::filesystem;
 
 static std::vector<unsigned char> shot;
 
@@ -28,12 +23,7 @@ static void draw_map()
     shot = grab_back_buffer();
 }
 
-static int shows(int x, int y, int col)
-{
-    int same = 1;
-    for (int k = 0; k < 3; k++) same &= std::abs(px_at(shot.data(), x, y)[k] - intround(col_rgb[col][k] * 255.0f)) <= 1;
-    return same;
-}
+static int shows(int x, int y, int col) { return has_colour(px_at(shot.data(), x, y), col); }
 
 static const unsigned char* cell_px(int i, int j)
 {
@@ -49,41 +39,19 @@ static pixel_set of_colour(int col, int x0 = 168, int y0 = 5, int w = 628, int h
     return s;
 }
 
-// The user of the modal windows answers each in its first frame, and clicks
-// the dialog's first row every other frame. Past 100 frames a window is closed.
-static int prompt_answer;   // 1 Save, 2 Don't Save, 3 Cancel
+// A modal window the map raises is counted and closed in its first frame.
 static std::map<int, int> windows_shown;
-static int answered_win, frames_in_win, overran;
 static long long fake_ms;
 
-static void push_click(float x, float y)
+static long long close_modal_windows()
 {
-    SDL_Event e[2] = {};
-    e[0].type = SDL_MOUSEMOTION, e[1].type = SDL_MOUSEBUTTONDOWN, e[1].button.button = SDL_BUTTON_LEFT;
-    e[0].motion.x = e[1].button.x = (int)(x + mnw.win_x);
-    e[0].motion.y = e[1].button.y = (int)(600 - (y + mnw.win_y));
-    SDL_PushEvent(&e[0]);
-    SDL_PushEvent(&e[1]);
-}
-
-static long long scripted_user()
-{
-    if (mnw.win_id != answered_win) {
-        answered_win = mnw.win_id, frames_in_win = 0;
-        windows_shown[mnw.win_id]++;
-        if (mnw.win_id == 997) push_click(prompt_answer == 3 ? 230 : 70, prompt_answer == 1 ? 52 : 22);
-        if (mnw.win_id == 996) platform_push_key_code(0x0D);
-    }
-    if (mnw.win_id == win_open_dialog && frames_in_win % 2 == 0) push_click(100, 432);
-    if (++frames_in_win > 100) overran = 1, mnw.win_id = 0;
+    if (mnw.win_id) windows_shown[mnw.win_id]++, mnw.win_id = 0;
     return fake_ms += 20;
 }
-
 
 static void frame_at(float x, float y, int click, int down = 1, int repeat = 0)
 {
     mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = click, mnw.mouse_down = down, mnw.mouse_repeat = repeat;
-    answered_win = 0;
     handle_map();
     mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
 }
@@ -104,15 +72,11 @@ static int orientation_of(int i, int j)
 }
 
 // A flat water tile at 33 N 119 W with no features, at zoom 1, its vertices
-// placed. The pump's clock is the scripted user's.
-struct TerrainTest : WindowTest {
-    miscstruct kept_msc;
-    std::string kept_app_path, kept_ter_path;
-    int kept_first_update = 0;
+// placed. The pump's clock closes any modal window at once.
+struct TerrainTest : ScriptedTest {
     void SetUp() override
     {
-        WindowTest::SetUp();
-        kept_msc = msc, kept_app_path = app_path, kept_ter_path = ter_path, kept_first_update = have_done_first_update;
+        ScriptedTest::SetUp();
         set_msc_defaults();
         lay_flat_grid();
         clear_feature_tables();
@@ -120,26 +84,11 @@ struct TerrainTest : WindowTest {
         std::memset(planest, 0, sizeof planest);
         apt_wrl_max = -1;
         msc.sel_row = msc.sel_col = 1;   // the red frame out of the way
-        msc.screen = 0, msc.obj_sel = -1;   // no panel baked when a modal window closes
+        msc.obj_sel = -1;
         obj_flash = tex_list_top = 0;
-        have_done_first_update = 1;
-        SDL_SetEventFilter(pushed_events_only, nullptr);
-        platform_take_messages();
-        MACIBM_restart_pump();
-        platform_clock_ms = scripted_user;
+        start_script(close_modal_windows);
         windows_shown.clear();
-        overran = 0;
         plot_TF_terrain();
-    }
-    void TearDown() override
-    {
-        EXPECT_EQ(overran, 0) << "a modal window was left unanswered";
-        platform_clock_ms = platform_monotonic_ms;
-        MACIBM_restart_pump();
-        SDL_SetEventFilter(nullptr, nullptr);
-        msc = kept_msc, have_done_first_update = kept_first_update, mnw.win_id = 0;
-        C_to_C(kept_app_path.c_str(), app_path);
-        C_to_C(kept_ter_path.c_str(), ter_path);
     }
 };
 using TerrainView = TerrainTest;
@@ -252,31 +201,4 @@ TEST_F(TerrainScreen, TextureListRowsAndScrolling)
     frame_at(ter_lat_spinner.x + 15, ter_lat_spinner.y + 12, 1);   // the units digit's upper half: north
     EXPECT_FLOAT_EQ(msc.lat, 34);
     EXPECT_EQ(tex_list_top, 0);
-}
-
-// A texture chosen through the dialog, in a folder of the textures folder,
-// names its slot by its path from there without the extension; 40 characters
-// or more are cut to the slot's 40 bytes, with a warning.
-TEST_F(TerrainScreen, ChosenTextureNamesTheSlotAndLongNamesAreCut)
-{
-    const std::string folder = std::string(test_folder) + "/textures/";
-    C_to_C(folder.c_str(), ter_path);
-    expect_alert("The total path to the texture cannot exceed 40 characters.");
-    for (int len : {39, 40, 45}) {
-        fs::remove_all(folder);
-        const std::string name = std::string(len - 25, 'd') + "/" + std::string(24, 'a' + len % 26);
-        fs::create_directories(folder + name.substr(0, len - 25));
-        std::fclose(std::fopen((folder + name + ".bmp").c_str(), "w"));
-        windows_shown.clear();
-        g_cs1[0] = 0;
-        tex_list_top = 491;
-        frame_at(60, 70, 1);   // the name in the last row: slot 499
-        EXPECT_EQ(windows_shown[win_open_dialog], 1);
-        EXPECT_EQ(std::string(msc.ter_tex_name[499], strnlen(msc.ter_tex_name[499], name_len)), name.substr(0, 40));
-        EXPECT_EQ(windows_shown[996], len >= 40 ? 1 : 0);
-        EXPECT_STREQ(g_cs1, len >= 40 ? "The total path to the texture cannot exceed 40 characters." : "");
-        EXPECT_EQ(msc.ter_dirty, 0);
-    }
-    EXPECT_EQ(alerts_seen().size(), 2u);
-    fs::remove_all(folder);
 }

@@ -20,15 +20,11 @@ const std::string tile_folder = "additional nav data/Earth/+030-120/";
 const std::string apt_path = "additional nav data/Earth/apt.dat", nav_path = "additional nav data/Earth/nav.dat";
 const int col_water = 16, col_selection = 8;
 
-int le_int(const std::string& bytes, size_t at)
+// A little-endian int or float of a saved file.
+template <typename T = int>
+T le(const std::string& bytes, size_t at)
 {
-    int v;
-    std::memcpy(&v, bytes.data() + at, 4);
-    return v;
-}
-float le_float(const std::string& bytes, size_t at)
-{
-    float v;
+    T v;
     std::memcpy(&v, bytes.data() + at, 4);
     return v;
 }
@@ -49,10 +45,6 @@ float lon_at(float tile_lat, float x, float y)
 pixels lat_digits()
 {
     return grab(ter_lat_spinner.x, ter_lat_spinner.y - 14, spinner_end(ter_lat_spinner), ter_lat_spinner.y + 20);
-}
-pixels lamp(int tool)
-{
-    return grab(ter_tool_lamp_x, ter_tool_lamp_y[tool], ter_tool_lamp_x + 9, ter_tool_lamp_y[tool] + 9);
 }
 
 void choose_tool(int tool)
@@ -151,13 +143,12 @@ TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
     park();
     EXPECT_EQ(off_panel(700, 60, 790, 520), 0);   // the panel east of the tile, as staged
     for (unsigned long p : grab(200, 200, 260, 260)) ASSERT_EQ(p, colour(col_water));   // the sea west of the island
-    const pixels digits33 = lat_digits(), readout33 = readout();
+    const pixels digits33 = lat_digits();
     const screen_point island = place_of(33, 34.5f, 30.5f);   // a cell of the island
     const unsigned long ground33 = pixel(island.x, island.y);
     ASSERT_NE(ground33, colour(col_water)) << "the sample tile has land here";
 
     open_tile(1);   // the blank tile 34, -119: flat water everywhere
-    EXPECT_NE(readout(), readout33);   // the mouse stands where it stood: one degree further north
     EXPECT_TRUE(shows(island.x, island.y, col_water));
     const pixels digits34 = lat_digits();
     choose_tool(2);
@@ -174,18 +165,15 @@ TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
     park();
     const std::string f = file_text(tile_folder + "+034-119.env");
     ASSERT_EQ(f.size(), 5u + 76800 + 4 + 20000) << "no obstacles: the marker right behind the vertices";
-    EXPECT_EQ(f[0], 'i');
-    EXPECT_EQ(le_int(f, 1), 4);
-    EXPECT_EQ(le_int(f, 76805), 99);
-    for (int n = 0; n < 500; n++) EXPECT_EQ(std::strncmp(f.data() + 76809 + 40 * n, "Untitled", 9), 0) << n;
+    // The head, the marker and the name table are the TileFile tests': here the edits, vertex by vertex.
     for (int j = 0; j < 80; j++)
         for (int i = 0; i < 60; i++) {
             const size_t at = 5 + 16 * (j * 60 + i);
             const bool dragged = i == 40 && j == 20, raised = i == 20 && j == 30;
-            ASSERT_NEAR(le_float(f, at), dragged ? lat_at(34, drop.y) : 34 + j / 79.0f, 1e-4) << i << "," << j;
-            ASSERT_NEAR(le_float(f, at + 4), dragged ? lon_at(34, drop.x, drop.y) : -119 + i / 59.0f, 1e-4) << i;
-            ASSERT_EQ(le_float(f, at + 8), 0.0f) << i << "," << j;
-            ASSERT_EQ(-le_int(f, at + 12) >= 100000, !raised) << "water bit of " << i << "," << j;
+            ASSERT_NEAR(le<float>(f, at), dragged ? lat_at(34, drop.y) : 34 + j / 79.0f, 1e-4) << i << "," << j;
+            ASSERT_NEAR(le<float>(f, at + 4), dragged ? lon_at(34, drop.x, drop.y) : -119 + i / 59.0f, 1e-4) << i;
+            ASSERT_EQ(le<float>(f, at + 8), 0.0f) << i << "," << j;
+            ASSERT_EQ(-le(f, at + 12) >= 100000, !raised) << "water bit of " << i << "," << j;
         }
 
     open_tile(-1);   // the saved tile, read back
@@ -193,11 +181,10 @@ TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
     EXPECT_EQ(pixel(cell.x, cell.y), land);
     open_tile(-1);
     EXPECT_EQ(lat_digits(), digits33);
-    EXPECT_EQ(readout(), readout33);
     EXPECT_EQ(pixel(island.x, island.y), ground33);
 }
 
-// Every tool and key on a blank tile; the save prompt's Cancel keeps the tile,
+// Every tool on a blank tile, and a key; the save prompt's Cancel keeps the tile,
 // Don't Save moves on; a close from outside ends the program with the place and
 // tool in the preferences.
 TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
@@ -223,7 +210,10 @@ TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
 
     choose_tool(1);
     const screen_point v = place_of(35, 30, 50);
-    auto marked = [&] { return box_has(v.x - 5, v.y - 5, v.x + 5, v.y + 5, col_selection); };
+    auto marked = [&] {
+        const pixels around = grab(v.x - 5, v.y - 5, v.x + 5, v.y + 5);
+        return std::count(around.begin(), around.end(), colour(col_selection)) > 0;
+    };
     EXPECT_FALSE(marked());
     EXPECT_TRUE(hold_until(v.x, v.y, marked)) << "the selection mark did not come";
     park();
@@ -234,79 +224,28 @@ TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
     const pixels sea = grab(200, 100, 240, 140);
     EXPECT_TRUE(std::none_of(sea.begin(), sea.end(), [](unsigned long p) { return p == colour(col_water); }));
     EXPECT_TRUE(std::any_of(sea.begin(), sea.end(), [&](unsigned long p) { return p != sea[0]; }));
-    xdo("key space");
-    ASSERT_TRUE(eventually([] { return shows(200, 100, col_water); })) << "space left the textures on";
-
-    // The tile's east edge at y 300: x = 168 + (1 - pan) * 573 * zoom * cos(lat).
-    auto east_edge = [](float zoom, float pan) {
-        const float lat = 35 + (300 - map_y1) / (map_scale * zoom) + pan;
-        return (int)(map_x1 + (1 - pan) * map_scale * zoom * std::cos(lat * 0.017453293f));
-    };
-    const int edge1 = east_edge(1, 0), edge2 = east_edge(1.2f, 0.1f / 1.2f);
-    EXPECT_TRUE(shows(edge1 - 3, 300, col_water));
-    EXPECT_EQ(off_panel(edge1 + 3, 300, edge1 + 3, 300), 0);
-    xdo("key plus");
-    ASSERT_TRUE(eventually([&] { return shows(edge2 - 3, 300, col_water); })) << "no zoom";
-    EXPECT_EQ(off_panel(edge2 + 3, 300, edge2 + 3, 300), 0);
-    const pixels lit = lamp(4), unlit = lamp(0);
-    xdo("key m");   // from the last tool round to the first
-    ASSERT_TRUE(eventually([&] { return lamp(0) != unlit && lamp(4) != lit; })) << "tool 0 did not light";
-
-    quit({prompt_dont});
-    EXPECT_FALSE(fs::exists(in_dir(tile_folder + "+035-119.env")));
-    std::istringstream prefs(file_text("config/Norvane/Norvane Tile-Forger.prf"));
-    std::string head, version, word;
-    float lat = 0, lon = 0;
-    int tool = -1, screen = 0;
-    prefs >> head >> version >> word >> lat >> lon >> tool >> screen;
-    EXPECT_EQ(head + version + word, "I543version");
-    EXPECT_EQ(lat, 35);
-    EXPECT_EQ(lon, -119);
-    EXPECT_EQ(tool, 0);
-    EXPECT_EQ(screen, 200);
-}
-
-// Every command by menu (by_menu fails for one that no item gives), on the
-// blank tile at 33 N 119 W. Quit asks for the stores changed and ends once they are saved.
-TEST_F(Flows, EveryCommandByMenu)
-{
-    run.expected_alerts = {" "};   // the about box, which logs no lines of its own
-    fs::remove(in_dir(tile_folder + "+033-119.env"));
-    read_menus();
-    start_program();
-    ASSERT_TRUE(screen_ready());
-    for (const std::string& f : {apt_path, nav_path}) fs::remove(in_dir(f));
-    ASSERT_TRUE(changes([] { by_menu(308); }, 310, 10, 640, 570)) << "no textures";
     // No dark seams: the pixel columns on the edges between cells are as bright as those in their middles.
-    const pixels sea = grab(168, 180, 300, 260);
+    const pixels map = grab(168, 180, 300, 260);
     long edges = 0, middles = 0;
     for (int y = 180; y <= 260; y++)
         for (int i = 2; i < 14; i++) {
-            const float w = map_scale * std::cos(lat_at(33, y) * 0.017453293f) / 59;
+            const float w = map_scale * std::cos(lat_at(35, y) * 0.017453293f) / 59;
             auto bright = [&](float x) {
-                const unsigned long p = sea[(260 - y) * 133 + std::lround(x) - 168];
+                const unsigned long p = map[(260 - y) * 133 + std::lround(x) - 168];
                 return (p >> 16) + (p >> 8 & 0xFF) + (p & 0xFF);
             };
             edges += bright(map_x1 + i * w), middles += bright(map_x1 + (i + 0.5f) * w);
         }
     EXPECT_GT(edges, middles * 0.9) << "seams";
-    for (int c : {304, 300, 301, 302, 303, 305})
-        EXPECT_TRUE(changes([=] { by_menu(c); }, 310, 10, 640, 570)) << "the map did not change by command " << c;
-    EXPECT_TRUE(changes([] { by_menu(307); }, 10, 230, 19, 470)) << "no next tool";
-    by_menu(309);
-    by_menu(0);
-    close_alert_with_return();   // the about box
-    // A press on the Screen title over the airport and navaid screens marks their stores changed.
-    for (int c : {201, 202, 203, 200}) EXPECT_TRUE(changes([=] { by_menu(c); }, 0, 60, 85, 480)) << "screen " << c;
 
-    by_menu(104);   // airports and navaids changed: Cancel at the first prompt keeps the run
-    answer_prompt(prompt_cancel);
-    EXPECT_EQ(exit_status(5), -1);
-    for (int c : {101, 102}) by_menu(c);
-    EXPECT_TRUE(eventually([] { return fs::exists(in_dir(nav_path)); }));
-    EXPECT_TRUE(fs::exists(in_dir(apt_path)));
-    by_menu(104);   // all saved: no prompt
-    EXPECT_EQ(exit_status(100), 0);
+    // The map's projection at each zoom is left to the unit tests: here the key only has to reach it.
+    EXPECT_TRUE(changes([] { xdo("key plus"); }, 310, 10, 640, 570)) << "no zoom";
+
+    quit({prompt_dont});
+    EXPECT_FALSE(fs::exists(in_dir(tile_folder + "+035-119.env")));
+    // The place, 35 N 119 W, the tool and the screen.
+    EXPECT_EQ(file_text("config/Norvane/Norvane Tile-Forger.prf"),
+              "I\r\n543 version\r\n35.000000\r\n-119.000000\r\n4\r\n200\r\n0\r\n0\r\n");
 }
 
 // Obstacles placed, moved, deleted and given an object; the tile saved by menu and read back.
@@ -345,14 +284,14 @@ TEST_F(Flows, TheObstacleJob)
     const struct { int kind; float x, y, hddz; } records[3] = {{2, 320, 280, 100}, {3, 500, 400, 100}, {8, 350, 450, 0}};
     size_t at = 76805;
     for (const auto& r : records) {
-        EXPECT_EQ(le_int(b, at), r.kind);
-        EXPECT_NEAR(le_float(b, at + 4), lat_at(33, r.y), 1e-3);
-        EXPECT_NEAR(le_float(b, at + 8), lon_at(33, r.x, r.y), 1e-3);
-        EXPECT_EQ(le_float(b, at + 12), r.hddz);
+        EXPECT_EQ(le(b, at), r.kind);
+        EXPECT_NEAR(le<float>(b, at + 4), lat_at(33, r.y), 1e-3);
+        EXPECT_NEAR(le<float>(b, at + 8), lon_at(33, r.x, r.y), 1e-3);
+        EXPECT_EQ(le<float>(b, at + 12), r.hddz);
         at += r.kind == 8 ? 56 : 24;
     }
     EXPECT_EQ(b.substr(at - 40, 40), object.substr(0, 40));
-    EXPECT_EQ(le_int(b, at), 99);
+    EXPECT_EQ(le(b, at), 99);
 }
 
 // A new airport named from the keyboard with a second runway, saved by the
@@ -376,7 +315,7 @@ TEST_F(Flows, NewAirportAndGlideslopeAreSaved)
     std::istringstream head(lines[0]);
     std::string code, elev, twr, bld, id, name;
     head >> code >> elev >> twr >> bld >> id >> name;
-    EXPECT_EQ(code + " " + elev + " " + id + " " + name, "1 0 0000 Newfield");
+    EXPECT_EQ(code + " " + elev + " " + twr + " " + bld + " " + id + " " + name, "1 0 0 0 0000 Newfield");
     // Two new runways of 2000 by 100, then the airport that was first.
     EXPECT_EQ(lines[1].substr(0, 2), "10");
     EXPECT_NE(lines[1].find(" 2000 "), std::string::npos) << lines[1];

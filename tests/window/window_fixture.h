@@ -2,6 +2,7 @@
 // the X display, and what was drawn read back from both targets.
 #pragma once
 #include "alert_watch.h"
+#include "hl/Hl_funct.h"
 #include "hl/Hl_graph.h"
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
@@ -10,9 +11,11 @@
 #include <SDL2/SDL.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <set>
+#include <string>
 #include <unistd.h>
 #include <vector>
 
@@ -80,6 +83,14 @@ inline std::vector<unsigned char> grab_back_buffer()
 
 inline const unsigned char* px_at(const unsigned char* buf, int x, int y) { return buf + (y * canvas_w + x) * 4; }
 
+// The pixel holds colour col of the table, each byte within tolerance.
+inline bool has_colour(const unsigned char* p, int col, int tolerance = 1)
+{
+    for (int k = 0; k < 3; k++)
+        if (std::abs(p[k] - (int)std::lround(col_rgb[col][k] * 255.0f)) > tolerance) return false;
+    return true;
+}
+
 // Back-buffer pixels that are not black, or rgb_array pixels that were written.
 inline pixel_set lit_pixels(int array)
 {
@@ -109,3 +120,47 @@ inline int pushed_events_only(void*, SDL_Event* e)
         return e->button.windowID == 0;
     return e->type != SDL_WINDOWEVENT || e->window.windowID == 0;
 }
+
+// A mouse event of the left button (or a move) at canvas place (x, y) of the display.
+inline void push_mouse(Uint32 type, float x, float y)
+{
+    SDL_Event e = {type};
+    e.button.button = type == SDL_MOUSEMOTION ? 0 : SDL_BUTTON_LEFT;
+    e.motion.x = e.button.x = (int)x;
+    e.motion.y = e.button.y = (int)(600 - y);
+    SDL_PushEvent(&e);
+}
+
+// The modal windows pump their own frames: a scripted user rides on the
+// pump's clock (read once a frame, after the frame's events are taken) to
+// give them their input. What the test changes is put back afterwards.
+struct ScriptedTest : WindowTest {
+    miscstruct kept_msc;
+    std::string kept_app_path, kept_ter_path;
+    int kept_first_update = 0;
+    float kept_time = 0;
+    void SetUp() override
+    {
+        WindowTest::SetUp();
+        kept_msc = msc, kept_app_path = app_path, kept_ter_path = ter_path;
+        kept_first_update = have_done_first_update, kept_time = mnw.time;
+    }
+    void start_script(long long (*clock)())
+    {
+        SDL_SetEventFilter(pushed_events_only, nullptr);
+        platform_take_messages();
+        MACIBM_restart_pump();
+        platform_clock_ms = clock;
+        have_done_first_update = 1;
+        msc.screen = mnw.win_id = 0;   // no panel to load when a modal window closes
+    }
+    void TearDown() override
+    {
+        platform_clock_ms = platform_monotonic_ms;
+        MACIBM_restart_pump();   // as it was found: the other tests of the pump start from it
+        SDL_SetEventFilter(nullptr, nullptr);
+        msc = kept_msc, have_done_first_update = kept_first_update, mnw.time = kept_time, mnw.win_id = 0;
+        C_to_C(kept_app_path.c_str(), app_path);
+        C_to_C(kept_ter_path.c_str(), ter_path);
+    }
+};
