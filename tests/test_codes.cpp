@@ -204,4 +204,19 @@ TEST_F(Derivation, SteepLandAwayFromWaterIsMountain)
     });
     expect_cells({{31, 41, 58, st_r0}, {32, 42, 58, st_r0}});
     EXPECT_NE(planetex[39][39], 58u);
+    // Water two cells east and north of a block's corner still counts, three
+    // cells away it does not: the block at (37, 39) stays mountain (or its
+    // edge) while the grass of the blocked ones is plain grass, 54.
+    EXPECT_NE(planetex[37][39], 54u);
+    // The last whole block from (1, 1) ends at row 76; row 77 is grass.
+    EXPECT_NE(planetex[31][76], 54u);
+    EXPECT_EQ(planetex[31][77], 54u);
+
+    derive_on(0, [] {
+        for (int i = 0; i < grid_ni; i++)
+            for (int j = 0; j < grid_nj; j++) planey[i][j] = 200.0f * i;
+        is_water[41][41] = 1;
+    });
+    EXPECT_EQ(planetex[39][39], 54u);
+    EXPECT_NE(planetex[37][37], 54u);
 }
