@@ -199,6 +199,11 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     nav_hdng[3] = 300359.5f;   // a fractional heading is rounded when it is split
     handle_nav();
     EXPECT_EQ(nav_hdng[3], 300360.0f);
+    // The latitude spinner, DD.ddddd: the upper half of its units column adds a degree.
+    nav_lat[3] = 33.5f;
+    mnw.mouse_x = 416, mnw.mouse_y = 254, mnw.mouse_click = 1;
+    handle_nav();
+    EXPECT_FLOAT_EQ(nav_lat[3], 34.5f);
 
     mnw.mouse_x = 400, mnw.mouse_y = 360, mnw.mouse_click = 1;   // ADD NAVAID
     handle_nav();
