@@ -79,6 +79,13 @@ TEST_F(MapView, FlattenWaterPullsTheOddCornerToTheOtherThree)
         flatten_water();
         for (int k = 0; k < 4; k++) EXPECT_FLOAT_EQ(planey[ci[k]][cj[k]], 10) << "corner " << k << " of " << c[3];
     }
+    // Two levels two and two (a sloping lake shore) have no odd corner: kept as they are.
+    const float kept[2][4] = {{10, 10, 12, 12}, {10, 12, 12, 10}};
+    for (const auto& c : kept) {
+        for (int k = 0; k < 4; k++) planey[ci[k]][cj[k]] = c[k];
+        flatten_water();
+        for (int k = 0; k < 4; k++) EXPECT_FLOAT_EQ(planey[ci[k]][cj[k]], c[k]) << "corner " << k;
+    }
 }
 
 // A cell is the quadrilateral of its four vertices as drawn, not their square:
