@@ -53,6 +53,12 @@ TEST_F(Prefs, ValuesOutOfRangeTakeTheirDefaultsAndAPlaceReadsBack)
     keep_selections_in_tables();   // rows in use stay
     EXPECT_EQ(place(), "33.000000 -119.000000 tool 0 screen 202 4 2");
     nav_type[2] = 0;
+    for (float lon : {-999.0f, -1000.0f}) {   // the other ends: the first stays, one step past is reset
+        msc.lat = 99, msc.lon = lon;
+        keep_place_in_range();
+        EXPECT_EQ(msc.lat, lon > -1000 ? 99 : 33);
+        EXPECT_EQ(msc.lon, lon > -1000 ? -999 : -119);
+    }
     msc.lat = -99, msc.lon = 999, msc.screen = 199, msc.ter_tool = 4;   // the spinners' ends stay
     keep_place_in_range();
     EXPECT_EQ(place(), "-99.000000 999.000000 tool 4 screen 200 4 2");
