@@ -46,6 +46,34 @@ TEST_F(MapView, MapZoomStopsAfterNineteenSteps)
     EXPECT_NEAR(msc.map_dlat, 0.5 * (1 - std::pow(1 / 1.2, 19)), 1e-4);
 }
 
+// The airport diagram: ten zoom steps of 1.25, a pan of 50 units a step that
+// stops 2000 units out, shrinks with a zoom out and is dropped back near zoom 1.
+TEST_F(MapView, AirportDiagramZoomAndPanStopAtTheirEnds)
+{
+    msc.screen = cmd_screen_airports;
+    int steps = 0;
+    for (int k = 0; k < 20; k++) {
+        const float before = msc.apt_zoom;
+        handle_zoom(cmd_zoom_in);
+        steps += msc.apt_zoom != before;
+    }
+    EXPECT_EQ(steps, 10);
+    EXPECT_NEAR(msc.apt_zoom, std::pow(1.25, 10), 1e-4);
+    for (int k = 0; k < 50; k++) handle_zoom(cmd_pan_right), handle_zoom(cmd_pan_down);
+    EXPECT_EQ(msc.apt_dx, -2000);
+    EXPECT_EQ(msc.apt_dy, 2000);
+    for (int k = 0; k < 90; k++) handle_zoom(cmd_pan_left), handle_zoom(cmd_pan_up);
+    EXPECT_EQ(msc.apt_dx, 2000);
+    EXPECT_EQ(msc.apt_dy, -2000);
+    handle_zoom(cmd_zoom_out);
+    EXPECT_EQ(msc.apt_dx, 1500);
+    EXPECT_EQ(msc.apt_dy, -1500);
+    for (int k = 0; k < 20; k++) handle_zoom(cmd_zoom_out);   // 0.75 does not undo 1.25: it ends below 1
+    EXPECT_NEAR(msc.apt_zoom, std::pow(1.25, 10) * std::pow(0.75, 8), 1e-5);   // eight steps out in all
+    EXPECT_EQ(msc.apt_dx, 0);
+    EXPECT_EQ(msc.apt_dy, 0);
+}
+
 TEST_F(MapView, ToolCyclesOnTheirScreensOnly)
 {
     for (int expect : {1, 2, 3, 4, 0}) {
