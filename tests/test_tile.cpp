@@ -3,6 +3,7 @@
 #include "app/Utils.h"
 #include "world_fixture.h"
 
+#include <algorithm>
 #include <cstring>
 
 static const char* const tile_file = "additional nav data/Earth/+030-120/+033-119.env";
@@ -132,6 +133,24 @@ TEST_F(TileFile, WrittenBytesFollowTheLayoutAndReadBackTheSame)
     EXPECT_STREQ(msc.ter_tex_name[3], "rock face");
     EXPECT_EQ(msc.ter_dirty, 0);
     EXPECT_FLOAT_EQ(msc.map_zoom, 1.0f);
+}
+
+// A tile written on a machine of the other byte order has the head letter 'a'
+// and every number's bytes the other way round; the names are bytes as they are.
+TEST_F(TileFile, TileOfTheOtherByteOrderReadsTheSame)
+{
+    shape_tile();
+    writeout(200);
+    std::string f = read_file(tile_file);
+    ASSERT_EQ(f.size(), (size_t)(marker_offset + 4 + 500 * 40));   // no obstacles: the end marker, then the names
+    f[0] = 'a';
+    for (size_t k = 1; k < (size_t)marker_offset + 4; k += 4) std::reverse(&f[k], &f[k] + 4);
+    write_file(tile_file, f);
+    const std::string before = grid_bytes();
+    lay_flat_grid();
+    read_terrain();
+    EXPECT_TRUE(grid_bytes() == before) << "the vertex tables changed";
+    EXPECT_STREQ(msc.ter_tex_name[3], "rock face");
 }
 
 TEST_F(TileFile, MissingFileOrWrongHeadLaysABlankWaterTile)
