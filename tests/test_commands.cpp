@@ -59,10 +59,16 @@ TEST_F(MapView, AirportDiagramZoomAndPanStopAtTheirEnds)
     }
     EXPECT_EQ(steps, 10);
     EXPECT_NEAR(msc.apt_zoom, std::pow(1.25, 10), 1e-4);
-    for (int k = 0; k < 50; k++) handle_zoom(cmd_pan_right), handle_zoom(cmd_pan_down);
+    for (int k = 0; k < 50; k++) {
+        handle_zoom(cmd_pan_right);
+        handle_zoom(cmd_pan_down);
+    }
     EXPECT_EQ(msc.apt_dx, -2000);
     EXPECT_EQ(msc.apt_dy, 2000);
-    for (int k = 0; k < 90; k++) handle_zoom(cmd_pan_left), handle_zoom(cmd_pan_up);
+    for (int k = 0; k < 90; k++) {
+        handle_zoom(cmd_pan_left);
+        handle_zoom(cmd_pan_up);
+    }
     EXPECT_EQ(msc.apt_dx, 2000);
     EXPECT_EQ(msc.apt_dy, -2000);
     handle_zoom(cmd_zoom_out);
