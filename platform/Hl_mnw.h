@@ -28,10 +28,11 @@ int MACIBM_setres(int set);           // 1: the window takes mnw.scr_x by mnw.sc
 void MACIBM_finishup();
 void MACIBM_alert(const char* line1, const char* line2, const char* line3,
                   const void* line4, int kind);
-// When set, sees the four lines of every alert (the fourth as text) before the
-// alert does anything else. The editor leaves it unset; the test programs set
-// it to fail a test that raises an alert it did not announce.
-extern void (*alert_watcher)(const char* line1, const char* line2, const char* line3, const char* line4, int kind);
+// When set, sees the four lines of every alert (the fourth as text) once they
+// are logged and echoed, and gives 1 when it has answered the alert itself:
+// the alert then shows nothing, as if O.K. had been pressed at once. The editor leaves it unset; the test programs set it to answer the
+// alerts a test announced and to fail a test that raises any other.
+extern int (*alert_watcher)(const char* line1, const char* line2, const char* line3, const char* line4, int kind);
 void MACIBM_showinit(int advance);
 void MACIBM_startwind(int id);
 int MACIBM_nuke_alert(const char* name);   // 1 Save, 2 Don't Save, 3 Cancel

@@ -12,7 +12,7 @@
 #include <cstdlib>
 
 char g_cs1[500], g_cs2[500], g_cs3[500], g_cs4[500];
-void (*alert_watcher)(const char*, const char*, const char*, const char*, int) = nullptr;
+int (*alert_watcher)(const char*, const char*, const char*, const char*, int) = nullptr;
 
 static const char* const about_lines[4] = {
     "Tile-Forger, the scenery editor of the Norsuite family, by the Norvane team.",
@@ -107,12 +107,12 @@ void MACIBM_alert(const char* line1, const char* line2, const char* line3,
         int_to_str(*(const int*)line4, number);
         fourth = number;
     }
-    if (alert_watcher) alert_watcher(line1, line2, line3, fourth, kind);
     int fatal = kind == alert_fatal || kind == alert_fatal_number;
     log_alert(line1, line2, line3, fourth);
     set_alert_lines(line1, line2, line3, fourth, kind);
     echo_to_terminal();
-    if (!ogl_ready) show_message_box();
+    if (alert_watcher && alert_watcher(line1, line2, line3, fourth, kind)) {
+    } else if (!ogl_ready) show_message_box();
     else run_alert_window(fatal);
     if (fatal) {
         gdone = 1;

@@ -1,6 +1,5 @@
-// The bitmap loader without a window: a picture read into the panel buffer
-// rgb_array lands pixel for pixel at its place, and one larger than the
-// loader's scratch area is refused.
+// The bitmap loader: a picture read into the panel buffer rgb_array lands
+// pixel for pixel at its place; every fault of a file is fatal and names it.
 #include "bitmap_files.h"
 #include "hl/Hl_graph.h"
 #include "world_fixture.h"
@@ -54,11 +53,46 @@ TEST_F(BitmapLoad, TexturePastTheScratchAreaIsFatalBeforeAByteLandsBehindIt)
     const int scratch_end = canvas_w * canvas_h * 4;
     std::memset(rgb_array + scratch_end, 0x5A, rgb_page_bytes - scratch_end);
     auto load_and_check_tail = [this] {
-        alert_watcher = [](const char*, const char*, const char*, const char*, int) {
+        alert_watcher = [](const char*, const char*, const char*, const char*, int) -> int {
             for (int k = canvas_w * canvas_h * 4; k < rgb_page_bytes; k++)
                 if (rgb_array[k] != 0x5A) std::_Exit(3);
+            std::_Exit(0);
         };
         load(-100, 61, 0, "pics:big");
     };
     EXPECT_FATAL_ALERT(load_and_check_tail(), "OGL_texbmp data out of bounds!");
+}
+
+TEST_F(BitmapLoad, BadHeadersShortFilesAndPicturesPastTheLimitsAreFatal)
+{
+    const std::string ok = bmp_bytes(4, 4, [](int, int) { return bmp_rgb{128, 128, 128}; });
+    auto with = [](int at, unsigned value, int size, std::string b) { put_le(b, at, value, size); return b; };
+    auto grey = [](int w, int h) { return bmp_bytes(w, h, [](int, int) { return bmp_rgb{128, 128, 128}; }); };
+    // The alert's first line, and whether it names the file. The header's
+    // checks; a file cut in the header, or in the last row, which holds one
+    // pixel of four; past the scratch area at four bytes a pixel when keyed. On
+    // the panel, in a window at x 200, 200 + 400 + 200 fits exactly; one more does not.
+    const struct { std::string bytes; int mode, x, kind; const char* first; bool names_file; } cases[] = {
+        {with(0, 'P', 1, ok), -100, 61, 0, "Trying to read a texture bitmap that is not a bitmap", true},
+        {with(18, 1025, 4, ok), -100, 61, 0, "Bitmap too wide! (max is 1024)", true},
+        {with(28, 32, 2, ok), -100, 61, 0, "Wrong bitmap color depth for texture!", true},
+        {with(30, 1, 4, ok), -100, 61, 0, "Bitmap is compressed!", true},
+        {with(22, -4u, 4, ok), -100, 61, 0, "Bitmap has no pixels!", true},
+        {ok.substr(0, 40), -100, 61, 0, "File-scanning error!", true},
+        {ok.substr(0, 54 + 3 * 12 + 3), -101, 0, 0, "File-scanning error!", true},
+        {grey(1024, 512), -100, 61, -105, "OGL_texbmp data out of bounds!", true},
+        {grey(4, 12), -100, 61, 0, "Trying to read a texture that is not a power of 2!", true},
+        {grey(200, 10), -101, 401, 0, "OGL_texbmp out of bounds!", false}};
+    mnw.win_x = 200;
+    for (const auto& c : cases) {
+        write_file("pics/bad.BMP", c.bytes);
+        EXPECT_FATAL_ALERT(OGL_texbmp(c.mode, c.x, 0, c.kind, "pics:bad", &width, &height, 1.0f), c.first);
+        EXPECT_TRUE(log_begins(c.first));
+        EXPECT_EQ(last_log_line().find(root + "pics/bad.BMP") != std::string::npos, c.names_file) << c.first;
+    }
+    EXPECT_EQ(load(-101, 400, 0, "pics:bad"), 1);
+    // A missing panel is fatal, where a missing texture is white.
+    msc.screen = 201;
+    EXPECT_FATAL_ALERT(MACIBM_startwind(0), "Can't open bitmap!");
+    EXPECT_NE(last_log_line().find(root + "Norsuite Resources/bitmaps/TileFrgr/TF_OBS.BMP"), std::string::npos);
 }

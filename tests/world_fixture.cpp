@@ -20,6 +20,8 @@ void WorldTest::SetUp()
     if (err.is_open()) err.close();
     inf_use = 0;
     fill_constants();
+    kept_app_path = app_path;
+    kept_ter_path = ter_path;
     C_to_C(root.c_str(), app_path);
     C_plus_C(app_path, "additional nav data/custom terrain textures/", ter_path);
     set_msc_defaults();
@@ -43,6 +45,8 @@ void WorldTest::TearDown()
 {
     if (ouf.is_open()) ouf.close();
     inf_close();
+    C_to_C(kept_app_path.c_str(), app_path);
+    C_to_C(kept_ter_path.c_str(), ter_path);
     std::error_code failed;
     std::filesystem::remove_all(root, failed);
     EXPECT_FALSE(failed) << failed.message();

@@ -15,6 +15,7 @@
 class WorldTest : public ::testing::Test {
 protected:
     std::string root;   // the stand-in program folder, with a closing '/'
+    std::string kept_app_path, kept_ter_path;   // the program's own, back after the test
 
     void SetUp() override;
     void TearDown() override;

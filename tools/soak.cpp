@@ -110,9 +110,9 @@ static long long soak_clock()
 }
 
 // Any fatal alert ends the soak as a failure: no random input should raise one.
-static void fail_at_fatal(const char* l1, const char* l2, const char* l3, const char* l4, int kind)
+static int fail_at_fatal(const char* l1, const char* l2, const char* l3, const char* l4, int kind)
 {
-    if (kind != alert_fatal && kind != alert_fatal_number) return;
+    if (kind != alert_fatal && kind != alert_fatal_number) return 0;
     std::printf("fatal alert at frame %lld: %s | %s | %s | %s\n", frames, l1, l2, l3, l4);
     report();
     std::_Exit(1);

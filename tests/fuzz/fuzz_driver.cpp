@@ -18,9 +18,10 @@ static std::string folder;
 // return, as in the editor, and the read goes on.
 struct input_ended {};
 
-static void end_input_at_fatal(const char*, const char*, const char*, const char*, int kind)
+static int end_input_at_fatal(const char*, const char*, const char*, const char*, int kind)
 {
     if (kind == alert_fatal || kind == alert_fatal_number) throw input_ended{};
+    return 1;
 }
 
 static void remove_folder() { std::system(("rm -rf '" + folder + "'").c_str()); }

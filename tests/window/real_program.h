@@ -10,6 +10,7 @@
 #pragma once
 #include "bitmap_files.h"
 #include "hl/Hl_graph.h"
+#include "xvfb.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +20,6 @@
 #include <cmath>
 #include <fcntl.h>
 #include <functional>
-#include <poll.h>
 #include <signal.h>
 #include <sstream>
 #include <sys/wait.h>
@@ -119,23 +119,10 @@ inline pid_t start_child(const char* log_name, const std::function<void()>& exec
 
 inline void start_xvfb(const char* screen = "800x600x24")
 {
-    int fds[2];
-    ASSERT_EQ(pipe(fds), 0);
-    run.xvfb = start_child("xvfb.log", [&] {
-        close(fds[0]);
-        const std::string fd = std::to_string(fds[1]);
-        execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", screen, "-nolisten", "tcp", "-noreset",
-               (char*)nullptr);
-    });
-    close(fds[1]);
-    // The server writes its number and a line end once it listens.
-    std::string number;
-    char c = 0;
-    pollfd p = {fds[0], POLLIN, 0};
-    while (c != '\n' && poll(&p, 1, 60000) == 1 && read(fds[0], &c, 1) == 1) number += c;
-    close(fds[0]);
-    ASSERT_TRUE(c == '\n' && !number.empty()) << "Xvfb gave no display";
-    run.display = ":" + std::to_string(std::atoi(number.c_str()));
+    const int log = open(in_dir("xvfb.log").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    run.xvfb = ::start_xvfb(screen, &run.display, log);
+    close(log);
+    ASSERT_GT(run.xvfb, 0) << "Xvfb gave no display";
     ASSERT_NE(run.x = XOpenDisplay(run.display.c_str()), nullptr);
 }
 

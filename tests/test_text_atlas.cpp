@@ -6,7 +6,7 @@
 #include <cmath>
 #include <set>
 
-using TextTest = WindowTest;
+using TextAtlas = WindowTest;
 
 // One vertex as fed back: window x, y and texture s, t, in 1/256 units
 // (positions) and texels of a 256 atlas (coordinates), exact for all of them.
@@ -52,7 +52,7 @@ static std::set<fed_vertex> quads(std::initializer_list<std::array<float, 5>> gl
     return s;
 }
 
-TEST_F(TextTest, AtlasQuadOfEachFontAndMap)
+TEST_F(TextAtlas, AtlasQuadOfEachFontAndMap)
 {
     // Cells 11 and 62; 63 and 90, the first and last of the others; '"' has
     // no cell of its own; cell 89, and cell 6 21 columns further right; the

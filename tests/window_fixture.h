@@ -1,7 +1,9 @@
 // The platform brought up as the program brings it up, with a real window on
-// the X display, and what was drawn read back from both targets.
+// the X display (on an Xvfb of the test program's own when none is given), and
+// what was drawn read back from both targets.
 #pragma once
 #include "alert_watch.h"
+#include "xvfb.h"
 #include "hl/Hl_funct.h"
 #include "hl/Hl_graph.h"
 #include "hl/Hl_types.h"
@@ -27,6 +29,9 @@ inline char test_folder[] = "/tmp/tf_window_XXXXXX";
 inline void bring_up_platform()
 {
     if (ogl_ready) return;
+    static std::string own_display;
+    if (!std::getenv("DISPLAY") && start_xvfb("800x600x24", &own_display) > 0)
+        setenv("DISPLAY", own_display.c_str(), 1);
     // A display busy with many test programs at once may refuse a connection
     // for a moment: try again a few times before giving up.
     int up = 0;
