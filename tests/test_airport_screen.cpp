@@ -71,7 +71,7 @@ TEST_F(AirportScreen, RunwayOfNoSizeDrawsNothingAndStopsNothing)
     rwy_len[0] = rwy_width[0] = 0;
     diagram_frame(0, 0, 0, 0);
     EXPECT_FLOAT_EQ(airport_scale, 389.0f);   // as if a metre across
-    for (auto [x, y] : lit_pixels(0)) EXPECT_TRUE(std::abs(x - 551) <= 1 && std::abs(y - 359) <= 1) << x << "," << y;
+    for (auto [x, y] : lit_pixels()) EXPECT_TRUE(std::abs(x - 551) <= 1 && std::abs(y - 359) <= 1) << x << "," << y;
     EXPECT_EQ(diagram_frame(7, 551.5f, 359.5f, 1), 7);   // a runway with no area takes no click
 }
 
@@ -132,7 +132,7 @@ TEST_F(AirportScreen, ListKnobTravelsWithTheSelection)
         reset_drawing_state();
         list_after(400, 300, 0, 0, 0, selected);
         std::set<int> rows;
-        for (auto [x, y] : lit_pixels(0))
+        for (auto [x, y] : lit_pixels())
             if (x >= 300 && x <= 315) rows.insert(y);
         return rows.empty() ? std::make_pair(0, 0) : std::make_pair(*rows.begin(), *rows.rbegin());
     };

@@ -2,14 +2,12 @@
 // the sense of the wheels, the spinner's steps and limits, the help text.
 // Everything is drawn into rgb_array, so no window is needed; what a control
 // shows is read back from the stamped 5 by 7 characters.
+#include "drawn.h"
 #include "hl/Hl_btn.h"
-#include "hl/Hl_graph.h"
 #include "hl/Hl_types.h"
 
 #include <gtest/gtest.h>
-#include <cstring>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -36,27 +34,14 @@ struct ControlTest : ::testing::Test {
     void TearDown() override { to_array = 0; }
 };
 
-int lit(int x, int y) { return rgb_array[(y * canvas_w + x) * 4 + 3] != 0; }
+bool has_colour(int x, int y, int col) { return px_at(rgb_array, x, y)[3] && ::has_colour(px_at(rgb_array, x, y), col, 0); }
 
-bool has_colour(int x, int y, int col)
-{
-    const unsigned char* p = rgb_array + (y * canvas_w + x) * 4;
-    for (int i = 0; i < 3; i++)
-        if (p[i] != (unsigned char)(col_rgb[col][i] * 255.0f + 0.5f)) return false;
-    return lit(x, y);
-}
-
-// The 5 by 7 cells from (x, y) on, advance apart, hold exactly the patterns
-// of text, in colour col.
+// The characters' 5 by 7 cells from (x, y) on, advance apart, hold exactly the
+// patterns of text, in colour col.
 bool shows(const char* text, int x, int y, int advance, int col)
 {
-    for (int k = 0; text[k]; k++, x += advance) {
-        const unsigned char* rows = glyph_rows(text[k]);
-        for (int r = 0; r < 7; r++)
-            for (int c = 0; c < 5; c++)
-                if ((rows[r] & (0x10 >> c)) ? !has_colour(x + c, y + 6 - r, col) : lit(x + c, y + 6 - r)) return false;
-    }
-    return true;
+    const int w = (int)std::strlen(text) * advance;
+    return written(col, x, y, w, 7) == stamped(text, x, y, advance) && written(-1, x, y, w, 7) == stamped(text, x, y, advance);
 }
 
 TEST_F(ControlTest, RadioLampTakesItsValueOnClicksInsideItsEdges)

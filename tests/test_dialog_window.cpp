@@ -172,25 +172,6 @@ struct DialogPicture : WindowTest {
     void TearDown() override { MACIBM_startwind(0), msc.screen = kept_screen; }
 };
 
-// Pixels of rgb_array in a canvas rectangle that were written in colour col.
-static pixel_set coloured(int col, int x0, int y0, int w, int h)
-{
-    pixel_set s;
-    for (const auto& [x, y] : rect_pixels(x0, y0, w, h))
-        if (px_at(rgb_array, x, y)[3] && has_colour(px_at(rgb_array, x, y), col, 0)) s.insert({x, y});
-    return s;
-}
-
-static pixel_set stamped(const char* text, int x, int y)
-{
-    pixel_set s;
-    for (int c = 0; text[c]; c++)
-        for (int r = 0; r < 7; r++)
-            for (int b = 0; b < 5; b++)
-                if (glyph_rows((unsigned char)text[c])[r] & (0x10 >> b)) s.insert({x + 6 * c + b, y + 6 - r});
-    return s;
-}
-
 // Draws the dialog window win_id into rgb_array, so that every pixel tells who
 // wrote it: the items (name, folder) with item top in the first row, and the typed line.
 static void draw(int win_id, int file_type, std::vector<std::pair<const char*, int>> items, int top,
@@ -214,27 +195,27 @@ TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLi
     draw(win_open_dialog, ftype_ter_tex, {{"Sub", 1}, {"a.bmp", 0}, {"zz", 1}}, 0);
     // The label strip, window (11, 448) 299 by 13: black and the label only.
     const pixel_set label = stamped("'custom terrain textures' folder", 255, 503);
-    EXPECT_EQ(coloured(78, 251, 500, 299, 13), label);
-    EXPECT_EQ(coloured(30, 251, 500, 299, 13).size(), 299u * 13 - label.size());
+    EXPECT_EQ(written(78, 251, 500, 299, 13), label);
+    EXPECT_EQ(written(30, 251, 500, 299, 13).size(), 299u * 13 - label.size());
     // Rows 10 apart from window y 429, folders in their colour with an icon beside them.
-    EXPECT_EQ(coloured(78, 270, 481, 40, 7), stamped("Sub", 270, 481));
-    EXPECT_EQ(coloured(65, 270, 471, 40, 7), stamped("a.bmp", 270, 471));
-    EXPECT_TRUE(coloured(78, 255, 481, 11, 8).size() > 20 && coloured(78, 255, 471, 11, 8).empty());
+    EXPECT_EQ(written(78, 270, 481, 40, 7), stamped("Sub", 270, 481));
+    EXPECT_EQ(written(65, 270, 471, 40, 7), stamped("a.bmp", 270, 471));
+    EXPECT_TRUE(written(78, 255, 481, 11, 8).size() > 20 && written(78, 255, 471, 11, 8).empty());
     // The knob's face at the top of the strip for the first item, window y
     // 434 - 7, at the bottom for the last.
-    EXPECT_EQ(coloured(67, 543, 485, 1, 1).size(), 1u);
+    EXPECT_EQ(written(67, 543, 485, 1, 1).size(), 1u);
     // Its double bevel: two light columns on the left, two dark on the right.
-    EXPECT_EQ(coloured(65, 537, 481, 2, 8), rect_pixels(537, 481, 2, 8));
-    EXPECT_EQ(coloured(69, 548, 481, 2, 8), rect_pixels(548, 481, 2, 8));
+    EXPECT_EQ(written(65, 537, 481, 2, 8), rect_pixels(537, 481, 2, 8));
+    EXPECT_EQ(written(69, 548, 481, 2, 8), rect_pixels(548, 481, 2, 8));
     draw(win_open_dialog, ftype_ter_tex, {{"Sub", 1}, {"a.bmp", 0}, {"zz", 1}}, 2);
-    EXPECT_EQ(coloured(67, 543, 93, 1, 1).size(), 1u);
+    EXPECT_EQ(written(67, 543, 93, 1, 1).size(), 1u);
 
     // Without a label the up button shows; the save dialog has the name line
     // with the cursor after the typed name; with one item, no knob.
     draw(win_save_dialog, ftype_all, {{"only", 0}}, 0, "ab");
-    EXPECT_EQ(coloured(30, 251, 500, 299, 13), stamped("Go up a level", 362, 503));
-    EXPECT_EQ(coloured(65, 251, 63, 299, 13), stamped("ab", 255, 66));
-    EXPECT_EQ(coloured(56, 251, 63, 299, 13), rect_pixels(268, 65, 1, 9));
-    EXPECT_EQ(coloured(30, 251, 63, 299, 13).size(), 299u * 13 - stamped("ab", 255, 66).size() - 9);   // black else
-    EXPECT_EQ(coloured(67, 537, 87, 13, 400).size(), 0u);
+    EXPECT_EQ(written(30, 251, 500, 299, 13), stamped("Go up a level", 362, 503));
+    EXPECT_EQ(written(65, 251, 63, 299, 13), stamped("ab", 255, 66));
+    EXPECT_EQ(written(56, 251, 63, 299, 13), rect_pixels(268, 65, 1, 9));
+    EXPECT_EQ(written(30, 251, 63, 299, 13).size(), 299u * 13 - stamped("ab", 255, 66).size() - 9);   // black else
+    EXPECT_EQ(written(67, 537, 87, 13, 400).size(), 0u);
 }

@@ -1,17 +1,12 @@
 // Text and numbers drawn into rgb_array, where each character is its 5 by 7
 // pattern stamped at its place, and the cells of the font atlases.
-#include "hl/Hl_funct.h"
-#include "hl/Hl_graph.h"
+#include "drawn.h"
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <set>
 #include <string>
-
-using pixel_set = std::set<std::pair<int, int>>;
 
 struct TextTest : ::testing::Test {
     void SetUp() override
@@ -40,45 +35,14 @@ TEST(FontCells, EachCharacterHasItsCellInTheAtlas)
 
 struct placed { int c, x, y; };
 
-// The pixels of the characters' patterns, each standing on its (x, y).
+// The pixels of single characters, each standing on its (x, y).
 static pixel_set stamps(std::initializer_list<placed> chars, pixel_set s = {})
 {
-    for (const placed& p : chars)
-        for (int r = 0; r < 7; r++)
-            for (int c = 0; c < 5; c++)
-                if (glyph_rows(p.c)[r] & (0x10 >> c)) s.insert({p.x + c, p.y + 6 - r});
+    for (const placed& p : chars) {
+        const char text[2] = {(char)p.c, 0};
+        s = stamped(text, p.x, p.y, 6, s);
+    }
     return s;
-}
-
-// The characters of text from (x, y) on, advance apart; a space stamps nothing.
-static pixel_set line(const char* text, int x, int y, int advance, pixel_set s = {})
-{
-    for (int k = 0; text[k]; k++) s = stamps({{text[k], x + k * advance, y}}, s);
-    return s;
-}
-
-// Written pixels of rgb_array; with a colour given, only those of that colour.
-static pixel_set array_pixels(int col = -1)
-{
-    pixel_set lit;
-    for (int y = 0; y < canvas_h; y++)
-        for (int x = 0; x < canvas_w; x++) {
-            const unsigned char* p = rgb_array + (y * canvas_w + x) * 4;
-            int same = 1;
-            for (int k = 0; k < 3 && col >= 0; k++) same &= p[k] == intround(col_rgb[col][k] * 255.0f);
-            if (p[3] && same) lit.insert({x, y});
-        }
-    return lit;
-}
-
-template <typename F>
-static pixel_set baked(F draw)
-{
-    std::memset(rgb_array, 0, sizeof rgb_array);
-    to_array = 1;
-    draw();
-    to_array = 0;
-    return array_pixels();
 }
 
 static pixel_set baked_string(const char* text, float x, float y, float wrap, float advance)
@@ -105,55 +69,55 @@ TEST_F(TextTest, StringsStampThePatternsOfTheirCharacters)
     // In the colour chosen, at the start rounded to a whole unit with the window origin added.
     mnw.win_x = 100, mnw.win_y = 50;
     EXPECT_EQ(baked([] { OGL_string(8, 10.5f, 20.4f, "A", 999, 6, 101); }), stamps({{'A', 111, 70}}));
-    EXPECT_EQ(array_pixels(8), stamps({{'A', 111, 70}}));
+    EXPECT_EQ(written(8), stamps({{'A', 111, 70}}));
 }
 
 TEST_F(TextTest, NumberFieldShowsLeadingZerosTheStopAndCommas)
 {
-    EXPECT_EQ(baked_number(7, 3, 0, 6, 0), line("007", 100, 50, 6));
+    EXPECT_EQ(baked_number(7, 3, 0, 6, 0), stamped("007", 100, 50, 6));
     // The stop half a step right of the digit before the units and one unit
     // lower; half rounds up on the scaled value.
-    EXPECT_EQ(baked_number(0.125f, 3, 2, 6, 0), line(".", 103, 49, 6, line("013", 100, 50, 6)));
+    EXPECT_EQ(baked_number(0.125f, 3, 2, 6, 0), stamped(".", 103, 49, 6, stamped("013", 100, 50, 6)));
     // Separators only at spacing 10, and only where the field reaches that place.
-    EXPECT_EQ(baked_number(1234567, 7, 0, 10, 0), line(",     ,", 105, 50, 5, line("1234567", 100, 50, 10)));
-    EXPECT_EQ(baked_number(1234.5f, 5, 1, 10, 0), stamps({{',', 105, 50}, {'.', 135, 49}}, line("12345", 100, 50, 10)));
-    EXPECT_EQ(baked_number(123, 3, 0, 10, 0), line("123", 100, 50, 10));
-    EXPECT_EQ(baked_number(1234, 4, 0, 6, 0), line("1234", 100, 50, 6));
+    EXPECT_EQ(baked_number(1234567, 7, 0, 10, 0), stamped(",     ,", 105, 50, 5, stamped("1234567", 100, 50, 10)));
+    EXPECT_EQ(baked_number(1234.5f, 5, 1, 10, 0), stamps({{',', 105, 50}, {'.', 135, 49}}, stamped("12345", 100, 50, 10)));
+    EXPECT_EQ(baked_number(123, 3, 0, 10, 0), stamped("123", 100, 50, 10));
+    EXPECT_EQ(baked_number(1234, 4, 0, 6, 0), stamped("1234", 100, 50, 6));
     // Eight places at most: the top one is not reduced, so 12 there shows as 0.
-    EXPECT_EQ(baked_number(123456792.0f, 8, 0, 6, 0), line("03456792", 100, 50, 6));
+    EXPECT_EQ(baked_number(123456792.0f, 8, 0, 6, 0), stamped("03456792", 100, 50, 6));
 }
 
 TEST_F(TextTest, NumberTooWideForItsFieldShowsTheShortFormAndTheSignSixLeft)
 {
-    auto short_form = [](const char* mxe) { return line(".", 103, 49, 6, line(mxe, 100, 50, 6)); };
+    auto short_form = [](const char* mxe) { return stamped(".", 103, 49, 6, stamped(mxe, 100, 50, 6)); };
     EXPECT_EQ(baked_number(123456, 5, 3, 6, 0), short_form("12x5"));   // decimals play no part
     EXPECT_EQ(baked_number(999.6f, 3, 0, 6, 0), short_form("10x3"));
     EXPECT_EQ(baked_number(1e12f, 3, 0, 6, 0), short_form("10x0"));    // exponent 12 shows 0
-    EXPECT_EQ(baked_number(999.4f, 3, 0, 6, 0), line("999", 100, 50, 6));
+    EXPECT_EQ(baked_number(999.4f, 3, 0, 6, 0), stamped("999", 100, 50, 6));
     // The sign only when asked for and not rounded away, six left whatever the spacing.
-    EXPECT_EQ(baked_number(-0.004f, 3, 2, 6, 1), line(".", 103, 49, 6, line("000", 100, 50, 6)));
-    EXPECT_EQ(baked_number(-5, 1, 0, 6, 0), line("5", 100, 50, 6));
-    EXPECT_EQ(baked_number(-123456, 3, 0, 6, 1), line("-", 94, 50, 6, short_form("12x5")));
+    EXPECT_EQ(baked_number(-0.004f, 3, 2, 6, 1), stamped(".", 103, 49, 6, stamped("000", 100, 50, 6)));
+    EXPECT_EQ(baked_number(-5, 1, 0, 6, 0), stamped("5", 100, 50, 6));
+    EXPECT_EQ(baked_number(-123456, 3, 0, 6, 1), stamped("-", 94, 50, 6, short_form("12x5")));
     mnw.win_x = 20;   // start rounded to a whole unit after the origin is added
-    EXPECT_EQ(baked_number(-5, 1, 0, 10, 1, 79.6f, 49.5f), line("- 5", 94, 50, 3));
+    EXPECT_EQ(baked_number(-5, 1, 0, 10, 1, 79.6f, 49.5f), stamped("- 5", 94, 50, 3));
 }
 
 TEST_F(TextTest, WrapBreaksBeforeAWordThatWouldPassTheEdgeAndAtNewlines)
 {
     // Two two-letter words in a width of 12: the second goes 10 lower, back at the start.
-    EXPECT_EQ(baked_string("ab cd", 50, 100, 12, 6), line("ab", 50, 100, 6, line("cd", 50, 90, 6)));
+    EXPECT_EQ(baked_string("ab cd", 50, 100, 12, 6), stamped("ab", 50, 100, 6, stamped("cd", 50, 90, 6)));
     // A word wider than the width breaks after every character until the rest fits.
     EXPECT_EQ(baked_string("abcdef", 50, 100, 12, 6),
-              stamps({{'a', 50, 100}, {'b', 50, 90}, {'c', 50, 80}, {'d', 50, 70}}, line("ef", 50, 60, 6)));
+              stamps({{'a', 50, 100}, {'b', 50, 90}, {'c', 50, 80}, {'d', 50, 70}}, stamped("ef", 50, 60, 6)));
     // The look-ahead counts 6 a character whatever the advance: after the space
     // "bc" ends at 20 + 12 = 32 and after "b" the "c" at 30 + 6 = 36, both
     // inside 38, though at an advance of 10 they reach 40.
-    EXPECT_EQ(baked_string("a bc", 0, 100, 38, 10), line("a bc", 0, 100, 10));
-    EXPECT_EQ(baked_string("a bc", 0, 100, 31, 10), line("a", 0, 100, 10, line("bc", 0, 90, 10)));
+    EXPECT_EQ(baked_string("a bc", 0, 100, 38, 10), stamped("a bc", 0, 100, 10));
+    EXPECT_EQ(baked_string("a bc", 0, 100, 31, 10), stamped("a", 0, 100, 10, stamped("bc", 0, 90, 10)));
     // A newline breaks only while wrapping, below a width of 800, and never first;
     // after a character that already broke the line it breaks once more.
-    EXPECT_EQ(baked_string("a\nb", 0, 100, 799, 6), line("a", 0, 100, 6, line("b", 0, 90, 6)));
-    EXPECT_EQ(baked_string("a\nb", 0, 100, 800, 6), line("ab", 0, 100, 6));
-    EXPECT_EQ(baked_string("\nab", 0, 100, 100, 6), line("ab", 0, 100, 6));
+    EXPECT_EQ(baked_string("a\nb", 0, 100, 799, 6), stamped("a", 0, 100, 6, stamped("b", 0, 90, 6)));
+    EXPECT_EQ(baked_string("a\nb", 0, 100, 800, 6), stamped("ab", 0, 100, 6));
+    EXPECT_EQ(baked_string("\nab", 0, 100, 100, 6), stamped("ab", 0, 100, 6));
     EXPECT_EQ(baked_string("abc\nd", 0, 100, 12, 6), stamps({{'a', 0, 100}, {'b', 0, 90}, {'c', 0, 80}, {'d', 0, 60}}));
 }

@@ -3,6 +3,7 @@
 // what was drawn read back from both targets.
 #pragma once
 #include "alert_watch.h"
+#include "drawn.h"
 #include "xvfb.h"
 #include "hl/Hl_funct.h"
 #include "hl/Hl_graph.h"
@@ -13,15 +14,10 @@
 #include <SDL2/SDL.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdlib>
-#include <cstring>
-#include <set>
 #include <string>
 #include <unistd.h>
 #include <vector>
-
-using pixel_set = std::set<std::pair<int, int>>;
 
 inline char test_folder[] = "/tmp/tf_window_XXXXXX";
 
@@ -86,34 +82,16 @@ inline std::vector<unsigned char> grab_back_buffer()
     return px;
 }
 
-inline const unsigned char* px_at(const unsigned char* buf, int x, int y) { return buf + (y * canvas_w + x) * 4; }
-
-// The pixel holds colour col of the table, each byte within tolerance.
-inline bool has_colour(const unsigned char* p, int col, int tolerance = 1)
-{
-    for (int k = 0; k < 3; k++)
-        if (std::abs(p[k] - (int)std::lround(col_rgb[col][k] * 255.0f)) > tolerance) return false;
-    return true;
-}
-
-// Back-buffer pixels that are not black, or rgb_array pixels that were written.
-inline pixel_set lit_pixels(int array)
+// Back-buffer pixels that are not black.
+inline pixel_set lit_pixels()
 {
     std::vector<unsigned char> frame = grab_back_buffer();
     pixel_set lit;
     for (int y = 0; y < canvas_h; y++)
-        for (int x = 0; x < canvas_w; x++) {
-            const unsigned char* p = px_at(array ? rgb_array : frame.data(), x, y);
-            if (array ? p[3] : (p[0] | p[1] | p[2])) lit.insert({x, y});
-        }
+        for (int x = 0; x < canvas_w; x++)
+            if (px_at(frame.data(), x, y)[0] | px_at(frame.data(), x, y)[1] | px_at(frame.data(), x, y)[2])
+                lit.insert({x, y});
     return lit;
-}
-
-inline pixel_set rect_pixels(int x0, int y0, int w, int h, pixel_set s = {})
-{
-    for (int x = x0; x < x0 + w; x++)
-        for (int y = y0; y < y0 + h; y++) s.insert({x, y});
-    return s;
 }
 
 // An event filter that lets through only what a test pushes itself: the real
