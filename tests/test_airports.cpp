@@ -6,6 +6,7 @@
 #include "app/Navaids.h"
 #include "hl/Hl_btn.h"
 #include "hl/Hl_graph.h"
+#include "drawn.h"
 #include "world_fixture.h"
 
 #include <algorithm>
@@ -162,12 +163,48 @@ TEST_F(AirportTables, RunwaysSortLongestFirstAndNinetyNinesLast)
     EXPECT_EQ(lats(last - 1, last), "8 7 ");
 }
 
-TEST_F(AirportTables, SurfacesWithoutASelectorPositionAreKept)
+// One frame of the airport screen, drawn into a cleared rgb_array, with a click at (x, y) if given.
+void screen_frame(float x = -50, float y = -50)
 {
-    for (int p = 1; p <= 9; p++) EXPECT_EQ(surface_position(surface_letter_of(p)), p);
-    EXPECT_EQ(surface_position('s'), 3);
-    EXPECT_EQ(surface_position('y'), 9);
-    for (int letter : {'L', 'h', 'r', 'z'}) EXPECT_EQ(surface_position(letter), 0) << (char)letter;
+    mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = x >= 0;
+    std::memset(rgb_array, 0, sizeof rgb_array);
+    handle_apt();
+    mnw.mouse_click = 0;
+}
+
+std::string record(int r)
+{
+    return std::to_string((int)apt_h[0]) + " " + std::to_string(apt_twr[0]) + std::to_string(apt_bld[0]) + " " +
+           rwy_lcr[r] + " " + std::to_string(rwy_code[r]);
+}
+
+// A frame shows the airport and changes nothing of it, whatever the runway's
+// side and surface, also the two surfaces that have no place on the selector;
+// the controls change it.
+TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
+{
+    make_airports({4});
+    const char sides[4] = {'L', 'C', 'R', 'x'};
+    const int codes[4] = {2345123, 11466466, 10111111, 1111111};   // surfaces i, h, L and M
+    for (int r = 0; r < 4; r++) rwy_len[r] = 4000.0f - 1000 * r, rwy_lcr[r] = sides[r], rwy_code[r] = codes[r];
+    apt_h[0] = 125, apt_twr[0] = 1, apt_bld[0] = 0;
+    OGL_assign_colortable();
+    to_array = 1;
+    for (int r = 0; r < 4; r++) {
+        msc.rwy_sel = r;
+        screen_frame();
+        EXPECT_EQ(record(r), "125 10 " + std::string(1, sides[r]) + " " + std::to_string(codes[r]));
+    }
+    EXPECT_EQ(written(7, 115, 119, 50, 7), stamped(",", 133, 119, 6, stamped("00125", 118, 119, 10)));   // 00,125 ft
+    msc.rwy_sel = 2;
+    screen_frame(290, 40);    // the surface selector steps on from its first place
+    screen_frame(260, 90);    // the side button from R back round to x
+    screen_frame(470, 130);   // the tower: no
+    screen_frame(160, 130);   // a foot higher
+    EXPECT_EQ(record(2), "126 00 x 2111111");
+    screen_frame(260, 60);
+    EXPECT_EQ(rwy_lcr[2], 'R');
+    to_array = 0;
 }
 
 // ---- navaids ----------------------------------------------------------------------------------------

@@ -66,6 +66,55 @@ TEST_F(ControlTest, RadioLampTakesItsValueOnClicksInsideItsEdges)
     }
 }
 
+// The value after a frame of a cycle button of count strings at (100, 300),
+// its arrows 50 to the right: a zone 15 wide from y 283 to 323, the lower
+// half down to 303 stepping back, the upper forward; "hit" when it says so.
+std::string cycle(int count, int var, float mx, float my, int click = 1)
+{
+    static const char* const s[9] = {"one", "two", "three", "four", "five", "six", "seven", "eight", "nine"};
+    mouse(mx, my, click);
+    clear();
+    const int hit = count == 2   ? in2textbtn(100, 300, s[0], s[1], 50, &var)
+                    : count == 4 ? in4textbtn(100, 300, s[0], s[1], s[2], s[3], 50, &var)
+                    : count == 6 ? in6textbtn(100, 300, s[0], s[1], s[2], s[3], s[4], s[5], 50, &var)
+                                 : in9textbtn(100, 300, s[0], s[1], s[2], s[3], s[4], s[5], s[6], s[7], s[8], 50, &var);
+    const int first = count == 2 ? 0 : 1;
+    const bool shown = intrange(var, first, count - 1 + first) ? shows(s[var - first], 100, 300, 6, 66) : written().empty();
+    return std::to_string(var) + (hit ? " hit" : "") + (shown ? "" : " drawn wrong");
+}
+
+TEST_F(ControlTest, CycleButtonsStepOnTheHalvesOfTheirArrowsAndWrap)
+{
+    const struct { int count, var; float mx, my; int click; const char* after; } cases[] = {
+        {2, 1, 157, 310, 1, "0 hit"}, {2, 1, 157, 290, 1, "0 hit"},   // the two-way button toggles both ways
+        {4, 4, 150, 323, 1, "1 hit"}, {4, 1, 165, 283, 1, "4 hit"},   // the zone's corners, and the wraps
+        {4, 2, 157, 303, 1, "2 hit"},                                 // on the middle line: down, then up
+        {6, 3, 157, 310, 1, "4 hit"}, {6, 3, 165.5f, 310, 1, "3"}, {6, 3, 149.5f, 290, 1, "3"},
+        {6, 3, 157, 323.5f, 1, "3"}, {6, 3, 157, 282.5f, 1, "3"}, {6, 3, 120, 300, 1, "3"},   // not on the text
+        {9, 9, 157, 310, 1, "1 hit"}, {9, 1, 157, 290, 1, "9 hit"}, {9, 5, 157, 310, 0, "5"},
+        {4, 0, 0, 0, 0, "4"}, {4, 9, 0, 0, 0, "5"}};   // wrapped one span only, without a click
+    for (const auto& c : cases)
+        EXPECT_EQ(cycle(c.count, c.var, c.mx, c.my, c.click), c.after) << c.count << " " << c.var << " " << c.mx << "," << c.my;
+}
+
+// A wheel of 37 codes a character, columns 10 wide from x 100 and y 286 to
+// 320: the lower half advances, the upper half goes back.
+TEST_F(ControlTest, CharacterWheelsStepTheOtherWayRoundAndShareTheirEdges)
+{
+    const struct { const char* before; float mx, my; const char* after; int hit; } cases[] = {
+        {"AZ9 ", 115, 290, "A 9 ", 1}, {"AZ9 ", 135, 310, "AZ9Z", 1}, {"AZ9 ", 110, 286, "B 9 ", 1},
+        {"AZ9 ", 125, 303, "AZ8 ", 1}, {"AZ9 ", 140.5f, 300, "AZ9 ", 0}, {"AZ9 ", 115, 320.5f, "AZ9 ", 0}};
+    for (const auto& c : cases) {
+        char buf[5];
+        std::strcpy(buf, c.before);
+        mouse(c.mx, c.my);
+        clear();
+        EXPECT_EQ(incharbtn(7, 100, 300, buf, 4), c.hit) << c.mx << "," << c.my;
+        EXPECT_STREQ(buf, c.after) << c.mx << "," << c.my;
+        EXPECT_TRUE(shows(c.after, 103, 300, 10, 7)) << c.after;
+    }
+}
+
 int spin_hit;   // what the last spin returned
 
 // The value after a click at (mx, my) on a spinner at (100, 300).
