@@ -446,7 +446,7 @@ static void draw_map(const canvas_area* area, int left_out, float low, float hig
 // obstacles in any); anything more draws the map whole.
 
 const int map_picture_tex = 700;
-int map_whole_draws;
+int map_whole_draws, map_area_draws;
 
 // Everything the map's pixels depend on besides the tables compared below.
 // The runway tables are edited only on the airport screen, and every change
@@ -762,8 +762,12 @@ static void redraw_area(const canvas_area& dirty, const int box[4])
     int r[4];
     area_pixels(a, box, r);
     if (r[2] <= 0 || r[3] <= 0) return;
+    map_area_draws++;
     OGL_flush();
     glScissor(r[0], r[1], r[2], r[3]);
+    // The panel first, as in a whole frame: a cell folded over by a dragged
+    // vertex, or an edge moved in, leaves it showing where the map was.
+    OGL_plot_background();
     const canvas_area reach = widened(a, pixel_margin());
     draw_map(&reach, picture.left_out, picture.low, picture.high);
     OGL_flush();

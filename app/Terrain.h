@@ -24,3 +24,4 @@ extern int obj_flash;
 // Forgets the kept picture of the map, so that the next frame draws it whole.
 void drop_map_picture();
 extern int map_whole_draws;   // counts the frames that drew the map whole
+extern int map_area_draws;    // and those that drew an area of it again

@@ -100,6 +100,11 @@ TEST_F(AirportScreen, NameListRowsArrowsAndKnob)
     EXPECT_EQ(list_after(100, 498 + 62, 1, 1, 0, 10), 4);
     EXPECT_EQ(list_after(100, 498, 0, 1, 0, 10), 10);   // no click, no pick
     EXPECT_STREQ(g_cs_input, "Airport 10");              // the edit line
+    // Rows 10 apart about the selected one, which has its own colour; the ids 234 further right.
+    baked([] { list_after(400, 300, 0, 0, 0, 10); });
+    EXPECT_EQ(written(7, 28, 505, 200, 7), stamped("Airport 9", 28, 505));
+    EXPECT_EQ(written(56, 28, 495, 200, 7), stamped("Airport 10", 28, 495));
+    EXPECT_EQ(written(7, 262, 435, 30, 7), stamped("K016", 262, 435));
 
     // Arrows step on the click and on every held frame past the delay.
     EXPECT_EQ(list_after(307, 498 + 60, 1, 1, 0, 10), 9);

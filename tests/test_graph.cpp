@@ -1,6 +1,7 @@
 // Drawing state and primitives, pixel by pixel on both targets: the back
 // buffer of the real window and the panel buffer rgb_array.
 #include "window_fixture.h"
+#include "app/Main.h"
 
 #include <SDL2/SDL.h>
 
@@ -60,4 +61,26 @@ TEST_F(GraphTest, ColourSettingOnEachTarget)
     OGL_setcolorINDEX(5, 0.2f);    // 0.92 0.87 0.67, rounded, no multipliers
     to_array = 0;
     EXPECT_EQ(current_rgb[0] * 65536 + current_rgb[1] * 256 + current_rgb[2], 235 * 65536 + 222 * 256 + 171);
+}
+
+// Each smaller level of a texture holds the means of two by two texels of the one above.
+TEST_F(GraphTest, TextureLevelsAreMeansOfTheLevelAbove)
+{
+    load_stock_textures();
+    OGL_bindtex(54);
+    int w = 0;
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &w);
+    ASSERT_GE(w, 64);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    std::vector<unsigned char> above(w * w * 3), below(w * w * 3);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, above.data());
+    for (int level = 1; w > 1; level++, w /= 2, above.swap(below)) {
+        glGetTexImage(GL_TEXTURE_2D, level, GL_RGB, GL_UNSIGNED_BYTE, below.data());
+        for (int y = 0; y < w / 2; y++)
+            for (int x = 0; x < w / 2 * 3; x++) {
+                const unsigned char* s = &above[(2 * y * w) * 3 + (x / 3) * 6 + x % 3];
+                const int mean = (s[0] + s[3] + s[w * 3] + s[w * 3 + 3]) / 4;
+                ASSERT_NEAR(below[y * (w / 2) * 3 + x], mean, 1) << "level " << level << " at " << x / 3 << "," << y;
+            }
+    }
 }
