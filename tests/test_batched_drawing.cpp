@@ -151,7 +151,9 @@ TEST_F(BatchedDrawing, MapAndItsKeptPictureMatchTheWholeDrawing)
                 frames[k] = drawn(1, [&] { obj_flash = flash[k], plot_TF_terrain(); });
                 EXPECT_EQ(map_whole_draws - whole_before, k == 0 || (k >= 2 && c.redraw == 'w')) << "frame " << k + 1;
                 // The kept picture stays as it is until a change, which is drawn again around itself.
-                if (k < 3) EXPECT_EQ(map_area_draws - areas_before, k == 2 && c.redraw == 'a') << "frame " << k + 1;
+                if (k < 3) {
+                    EXPECT_EQ(map_area_draws - areas_before, k == 2 && c.redraw == 'a') << "frame " << k + 1;
+                }
             }
             craft_tile(c.screen, c.textured, c.zoom_steps);
             for (int k = 0; k < 4; k++) {

@@ -8,6 +8,7 @@
 // file's time stamp means something.
 #include "app/Panel_layout.h"
 #include "hl/Hl_graph.h"
+#include "tools/bmp_file.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,7 +23,7 @@
 
 // ---- the picture being drawn ------------------------------------------------------------------
 
-struct rgb { unsigned char r, g, b; };
+using rgb = bmp_rgb;
 
 const int pic_cap_w = 800, pic_cap_h = 600;
 static rgb pic[pic_cap_w * pic_cap_h];   // row 0 at the bottom, as in the file
@@ -69,52 +70,13 @@ static rgb scaled(rgb c, float f)
 
 // ---- writing a file only when it changed ---------------------------------------------------------
 
-static void put_le(std::vector<unsigned char>& out, unsigned v, int bytes)
-{
-    for (int k = 0; k < bytes; k++) out.push_back((unsigned char)(v >> (8 * k)));
-}
-
-static std::vector<unsigned char> encode_bmp()
-{
-    const unsigned row_bytes = (pic_w * 3 + 3) & ~3u;
-    const unsigned pixel_bytes = row_bytes * pic_h;
-    std::vector<unsigned char> out;
-    out.reserve(54 + pixel_bytes);
-    out.push_back('B');
-    out.push_back('M');
-    put_le(out, 54 + pixel_bytes, 4);
-    put_le(out, 0, 4);                 // two reserved fields
-    put_le(out, 54, 4);                // the pixels follow the headers
-    put_le(out, 40, 4);
-    put_le(out, pic_w, 4);
-    put_le(out, pic_h, 4);
-    put_le(out, 1, 2);
-    put_le(out, 24, 2);
-    put_le(out, 0, 4);                 // no compression
-    put_le(out, pixel_bytes, 4);
-    put_le(out, 2835, 4);              // 72 dots an inch
-    put_le(out, 2835, 4);
-    put_le(out, 0, 4);
-    put_le(out, 0, 4);
-    for (int y = 0; y < pic_h; y++) {
-        for (int x = 0; x < pic_w; x++) {
-            const rgb& p = pic[y * pic_w + x];
-            out.push_back(p.b);
-            out.push_back(p.g);
-            out.push_back(p.r);
-        }
-        for (unsigned k = pic_w * 3; k < row_bytes; k++) out.push_back(0);
-    }
-    return out;
-}
-
 static int files_written, files_kept, files_failed;
 
-static void write_if_changed(const std::filesystem::path& path, const std::vector<unsigned char>& bytes)
+static void write_if_changed(const std::filesystem::path& path, const std::string& bytes)
 {
     std::ifstream old(path, std::ios::binary);
     if (old) {
-        std::vector<unsigned char> had((std::istreambuf_iterator<char>(old)), std::istreambuf_iterator<char>());
+        std::string had((std::istreambuf_iterator<char>(old)), std::istreambuf_iterator<char>());
         if (had == bytes) {
             files_kept++;
             return;
@@ -125,7 +87,7 @@ static void write_if_changed(const std::filesystem::path& path, const std::vecto
     std::filesystem::path temp = path;
     temp += ".tmp";
     std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-    out.write((const char*)bytes.data(), (std::streamsize)bytes.size());
+    out.write(bytes.data(), (std::streamsize)bytes.size());
     out.close();
     if (!out) {
         std::fprintf(stderr, "tf_gen_bitmaps: can't write %s\n", temp.c_str());
@@ -146,7 +108,8 @@ static std::filesystem::path resources_root;
 // name: the resource path below "Norsuite Resources", with '/' between folders.
 static void save_picture(const char* name)
 {
-    write_if_changed(resources_root / (std::string(name) + ".BMP"), encode_bmp());
+    write_if_changed(resources_root / (std::string(name) + ".BMP"),
+                     bmp_bytes(pic_w, pic_h, [](int x, int y) { return pic[y * pic_w + x]; }));
 }
 
 // ---- glyphs -----------------------------------------------------------------------------------------
