@@ -1,11 +1,16 @@
 // Text and numbers drawn into rgb_array, where each character is its 5 by 7
-// pattern stamped at its place, and the cells of the font atlases.
+// pattern stamped at its place, and on OpenGL, where each is a quad of its
+// font's atlas cell.
 #include "drawn.h"
+#include "window_fixture.h"
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cmath>
+#include <set>
 #include <string>
 
 struct TextTest : ::testing::Test {
@@ -15,23 +20,6 @@ struct TextTest : ::testing::Test {
         mnw.win_x = mnw.win_y = 0;
     }
 };
-
-TEST(FontCells, EachCharacterHasItsCellInTheAtlas)
-{
-    // The general map: digits from cell 1, capitals and small letters taking
-    // turns from 11, the others from 63 in the order !@#$%^&*()-_+=[]|\':;<.>,?/`.
-    const struct { int c, cell; } general[] = {{'0', 1}, {'9', 10}, {'A', 11}, {'B', 13}, {'Z', 61}, {'a', 12},
-                                                 {'z', 62}, {'!', 63}, {'-', 73}, {'/', 89}, {'`', 90}, {'"', 0},
-                                                 {'~', 0}, {' ', 0}};
-    for (auto [c, cell] : general) {
-        EXPECT_EQ(font_cell(c, 101), cell) << (char)c;
-        EXPECT_EQ(font_cell(c, 103), cell) << (char)c;
-    }
-    // The digit map of font 104: digits from 91, then . , - _ and nothing else.
-    const struct { int c, cell; } digits[] = {{'0', 91}, {'7', 98}, {'.', 101}, {',', 102}, {'-', 103}, {'_', 104},
-                                               {'A', 0}, {'a', 0}};
-    for (auto [c, cell] : digits) EXPECT_EQ(font_cell(c, 104), cell) << (char)c;
-}
 
 struct placed { int c, x, y; };
 
@@ -120,4 +108,79 @@ TEST_F(TextTest, WrapBreaksBeforeAWordThatWouldPassTheEdgeAndAtNewlines)
     EXPECT_EQ(baked_string("a\nb", 0, 100, 800, 6), stamped("ab", 0, 100, 6));
     EXPECT_EQ(baked_string("\nab", 0, 100, 100, 6), stamped("ab", 0, 100, 6));
     EXPECT_EQ(baked_string("abc\nd", 0, 100, 12, 6), stamps({{'a', 0, 100}, {'b', 0, 90}, {'c', 0, 80}, {'d', 0, 60}}));
+}
+
+// ---- on OpenGL ----------------------------------------------------------------------------------
+
+using TextAtlas = WindowTest;
+
+// One vertex as fed back: window x, y and texture s, t, in 1/256 units
+// (positions) and texels of a 256 atlas (coordinates), exact for all of them.
+using fed_vertex = std::array<long, 4>;
+
+// The vertices that a drawing sends down the pipeline, without repeats (a
+// quad may come back as two triangles that share two corners).
+template <typename F>
+static std::set<fed_vertex> fed_back(F draw)
+{
+    static GLfloat buf[1 << 16];
+    glFeedbackBuffer(sizeof buf / sizeof buf[0], GL_3D_COLOR_TEXTURE, buf);
+    glRenderMode(GL_FEEDBACK);
+    draw();
+    const int n = glRenderMode(GL_RENDER);
+    EXPECT_GE(n, 0) << "feedback buffer overflow";
+    std::set<fed_vertex> out;
+    for (int k = 0; k < n;) {
+        const int token = (int)buf[k++];
+        EXPECT_EQ(token, GL_POLYGON_TOKEN);
+        if (token != GL_POLYGON_TOKEN) break;
+        const int count = (int)buf[k++];
+        for (int v = 0; v < count; v++, k += 3 + 4 + 4)   // position, colour, texture
+            out.insert({std::lround(buf[k] * 256), std::lround(buf[k + 1] * 256), std::lround(buf[k + 7] * 256),
+                        std::lround(buf[k + 8] * 256)});
+    }
+    return out;
+}
+
+// The atlas quads of glyphs, each given as x, y, column, row and atlas size:
+// the cell at column, row of 6 by 22 texels, its glyph 5 by 20, on the canvas
+// from (x, y - 2) to (x + 5, y + 8).
+static std::set<fed_vertex> quads(std::initializer_list<std::array<float, 5>> glyphs)
+{
+    std::set<fed_vertex> s;
+    for (const auto& [x, y, column, row, atlas] : glyphs) {
+        const long k = std::lround(256 / atlas);   // texels of the 256 grid per atlas texel
+        const long s0 = std::lround(column) * 6 * k, t0 = std::lround(row) * 22 * k, s1 = s0 + 5 * k, t1 = t0 + 20 * k;
+        const long left = std::lround(x * 256), right = std::lround((x + 5) * 256);
+        const long bottom = std::lround((y - 2) * 256), top = std::lround((y + 8) * 256);
+        s.insert({{left, bottom, s0, t0}, {left, top, s0, t1}, {right, top, s1, t1}, {right, bottom, s1, t0}});
+    }
+    return s;
+}
+
+TEST_F(TextAtlas, AtlasQuadOfEachFontAndMap)
+{
+    // Cells 21 a row. The general map: digits from cell 1, capitals and small
+    // letters taking turns from 11 ('A' 11, 'z' 62), the others from 63 in the
+    // order !@#$%^&*()-_+=[]|\':;<.>,?/` ('!' 63, '-' 73, '/' 89, '`' 90);
+    // '"' and '~' have no cell of their own. Font 103 stands 21 columns further
+    // right. The digit map of font 104: digits from 91, then . , - _ (98, 101,
+    // 104), and no cell for 'A'.
+    const struct { int font; char c; float column, row, atlas; } cases[] = {
+        {101, 'A', 11, 0, 128}, {100, 'z', 20, 2, 128}, {101, '0', 1, 0, 128}, {101, '!', 0, 3, 128},
+        {101, '-', 10, 3, 128}, {101, '`', 6, 4, 128}, {101, '"', 0, 0, 128}, {101, '~', 0, 0, 128},
+        {102, '/', 5, 4, 256}, {103, '5', 27, 0, 256}, {104, '7', 14, 4, 256}, {104, '.', 17, 4, 256},
+        {104, '_', 20, 4, 256}, {104, 'A', 0, 0, 256}};
+    mnw.win_x = 50, mnw.win_y = 100;
+    for (const auto& a : cases) {
+        const char text[2] = {a.c, 0};   // the start rounded to 150, 301
+        EXPECT_EQ(fed_back([&] { OGL_string(7, 100.4f, 200.6f, text, 999, 6, a.font); }),
+                  quads({{150, 301, a.column, a.row, a.atlas}})) << a.font << " " << a.c;
+    }
+    // One quad a character, spaces skipped; a number's stop lands between units
+    // on OpenGL; '.' is cell 85.
+    EXPECT_EQ(fed_back([] { OGL_string(7, 100, 201, "a b", 999, 6, 101); }),
+              quads({{150, 301, 12, 0, 128}, {162, 301, 14, 0, 128}}));
+    EXPECT_EQ(fed_back([] { OGL_number(7, 100, 200, 12.5f, 3, 1, 5, 0, 101); }),
+              quads({{150, 300, 2, 0, 128}, {157.5f, 299, 1, 4, 128}, {155, 300, 3, 0, 128}, {160, 300, 6, 0, 128}}));
 }
