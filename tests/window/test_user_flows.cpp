@@ -131,10 +131,12 @@ void quit(std::vector<screen_point> answers = {})
 
 using Flows = RealProgram;
 
-// Start, move between tiles, shape one (a cell raised, a vertex dragged), save
-// it at the prompt, and find it again on disk and on the map; back on the
-// sample tile all is as it was.
-TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
+// The terrain job on blank tiles: a cell turned to land, a vertex dragged, a
+// cell turned (which the texture pass undoes, yet the tile counts as changed);
+// the save prompt's Cancel stays, Save writes the tile, which opens again as it
+// was left; a vertex selected, a cell painted, the zoom key, and Don't Save at
+// a close from outside writes nothing but the preferences.
+TEST_F(Flows, TheTerrainJob)
 {
     start_program();
     ASSERT_TRUE(screen_ready());
@@ -143,7 +145,6 @@ TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
     park();
     EXPECT_EQ(off_panel(700, 60, 790, 520), 0);   // the panel east of the tile, as staged
     for (unsigned long p : grab(200, 200, 260, 260)) ASSERT_EQ(p, colour(col_water));   // the sea west of the island
-    const pixels digits33 = lat_digits();
     const screen_point island = place_of(33, 34.5f, 30.5f);   // a cell of the island
     const unsigned long ground33 = pixel(island.x, island.y);
     ASSERT_NE(ground33, colour(col_water)) << "the sample tile has land here";
@@ -158,55 +159,27 @@ TEST_F(Flows, ATileIsEditedSavedAndOpenedAgain)
     choose_tool(0);   // vertex (40, 20) dragged 2 units right and 2 up
     const screen_point from = place_of(34, 40, 20), drop = {from.x + 2, from.y + 2};
     drag(from.x, from.y, drop.x, drop.y);
-    park();
-
-    step_latitude(1);
-    answer_prompt(prompt_save);
-    park();
-    const std::string f = file_text(tile_folder + "+034-119.env");
-    ASSERT_EQ(f.size(), 5u + 76800 + 4 + 20000) << "no obstacles: the marker right behind the vertices";
-    // The head, the marker and the name table are the TileFile tests': here the edits, vertex by vertex.
-    for (int j = 0; j < 80; j++)
-        for (int i = 0; i < 60; i++) {
-            const size_t at = 5 + 16 * (j * 60 + i);
-            const bool dragged = i == 40 && j == 20, raised = i == 20 && j == 30;
-            ASSERT_NEAR(le<float>(f, at), dragged ? lat_at(34, drop.y) : 34 + j / 79.0f, 1e-4) << i << "," << j;
-            ASSERT_NEAR(le<float>(f, at + 4), dragged ? lon_at(34, drop.x, drop.y) : -119 + i / 59.0f, 1e-4) << i;
-            ASSERT_EQ(le<float>(f, at + 8), 0.0f) << i << "," << j;
-            ASSERT_EQ(-le(f, at + 12) >= 100000, !raised) << "water bit of " << i << "," << j;
-        }
-
-    open_tile(-1);   // the saved tile, read back
-    EXPECT_EQ(lat_digits(), digits34);
-    EXPECT_EQ(pixel(cell.x, cell.y), land);
-    open_tile(-1);
-    EXPECT_EQ(lat_digits(), digits33);
-    EXPECT_EQ(pixel(island.x, island.y), ground33);
-}
-
-// Every tool on a blank tile, and a key; the save prompt's Cancel keeps the tile,
-// Don't Save moves on; a close from outside ends the program with the place and
-// tool in the preferences.
-TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
-{
-    start_program();
-    ASSERT_TRUE(screen_ready());
-    open_tile(1);
-    // A quarter turn of a stock cell is undone by the texture pass, yet the tile counts as changed.
     choose_tool(3);
     const screen_point turned = place_of(34, 10.5f, 10.5f);
     drag(turned.x, turned.y, turned.x + 1, turned.y);
     park();
-    const pixels digits34 = lat_digits();
+
     step_latitude(1);
     answer_prompt(prompt_cancel);
     park();
     EXPECT_EQ(lat_digits(), digits34);
     step_latitude(1);
-    answer_prompt(prompt_dont);
+    answer_prompt(prompt_save);
     park();
-    EXPECT_NE(lat_digits(), digits34);
-    EXPECT_FALSE(fs::exists(in_dir(tile_folder + "+034-119.env")));
+    const std::string f = file_text(tile_folder + "+034-119.env");
+    ASSERT_EQ(f.size(), 5u + 76800 + 4 + 20000) << "no obstacles: the marker right behind the vertices";
+    // The layout is the TileFile tests': here the edits and an untouched vertex.
+    const size_t dragged = 5 + 16 * (20 * 60 + 40), raised = 5 + 16 * (30 * 60 + 20), plain = 5 + 16 * (30 * 60 + 21);
+    EXPECT_NEAR(le<float>(f, dragged), lat_at(34, drop.y), 1e-4);
+    EXPECT_NEAR(le<float>(f, dragged + 4), lon_at(34, drop.x, drop.y), 1e-4);
+    EXPECT_NEAR(le<float>(f, plain), 34 + 30 / 79.0f, 1e-4);
+    EXPECT_EQ(-le(f, raised + 12) < 100000, true) << "the land cell's vertex is not water";
+    EXPECT_EQ(-le(f, plain + 12) >= 100000, true) << "its neighbour is";
 
     choose_tool(1);
     const screen_point v = place_of(35, 30, 50);
@@ -218,8 +191,16 @@ TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
     EXPECT_TRUE(hold_until(v.x, v.y, marked)) << "the selection mark did not come";
     park();
 
+    step_latitude(-1);   // a selection counts as a change: 35 is left unsaved, 34 is read again
+    answer_prompt(prompt_dont);
+    park();
+    EXPECT_EQ(lat_digits(), digits34);
+    EXPECT_EQ(pixel(cell.x, cell.y), land);
+    open_tile(-1);
+    EXPECT_EQ(pixel(island.x, island.y), ground33);
+    open_tile(1);
     choose_tool(4);
-    EXPECT_TRUE(press_cell_until_not_water(35, 20, 30)) << "painting did not turn the textures on";
+    EXPECT_TRUE(press_cell_until_not_water(34, 25, 30)) << "painting did not turn the textures on";
     // The whole map shows its textures, not only the painted cell: a picture, not one colour.
     const pixels sea = grab(200, 100, 240, 140);
     EXPECT_TRUE(std::none_of(sea.begin(), sea.end(), [](unsigned long p) { return p == colour(col_water); }));
@@ -229,7 +210,7 @@ TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
     long edges = 0, middles = 0;
     for (int y = 180; y <= 260; y++)
         for (int i = 2; i < 14; i++) {
-            const float w = map_scale * std::cos(lat_at(35, y) * 0.017453293f) / 59;
+            const float w = map_scale * std::cos(lat_at(34, y) * 0.017453293f) / 59;
             auto bright = [&](float x) {
                 const unsigned long p = map[(260 - y) * 133 + std::lround(x) - 168];
                 return (p >> 16) + (p >> 8 & 0xFF) + (p & 0xFF);
@@ -237,15 +218,14 @@ TEST_F(Flows, ToolsAndKeysWorkAndAClosingProgramKeepsThePlace)
             edges += bright(map_x1 + i * w), middles += bright(map_x1 + (i + 0.5f) * w);
         }
     EXPECT_GT(edges, middles * 0.9) << "seams";
-
-    // The map's projection at each zoom is left to the unit tests: here the key only has to reach it.
+    // The projection at each zoom is the unit tests': here the key only has to reach it.
     EXPECT_TRUE(changes([] { xdo("key plus"); }, 310, 10, 640, 570)) << "no zoom";
-
     quit({prompt_dont});
     EXPECT_FALSE(fs::exists(in_dir(tile_folder + "+035-119.env")));
-    // The place, 35 N 119 W, the tool and the screen.
+    EXPECT_EQ(file_text(tile_folder + "+034-119.env"), f) << "Don't Save wrote the tile";
+    // The place, 34 N 119 W, the tool and the screen.
     EXPECT_EQ(file_text("config/Norvane/Norvane Tile-Forger.prf"),
-              "I\r\n543 version\r\n35.000000\r\n-119.000000\r\n4\r\n200\r\n0\r\n0\r\n");
+              "I\r\n543 version\r\n34.000000\r\n-119.000000\r\n4\r\n200\r\n0\r\n0\r\n");
 }
 
 // Obstacles placed, moved, deleted and given an object; the tile saved by menu and read back.
@@ -350,32 +330,10 @@ TEST_F(Flows, NewAirportAndGlideslopeAreSaved)
 
 // A save that cannot be written loses nothing: the old file stays byte for
 // byte, the warning says why and where, and the quit stays in the editor with
-// the edit, which a later save then writes once undo has taken the fault away.
-void failed_save_keeps_file_and_edit(const char* warning, const std::function<void()>& undo)
-{
-    run.expected_alerts = {warning};
-    write_editor_prefs(202);
-    const std::string before = file_text(apt_path);
-    start_program();
-    ASSERT_TRUE(screen_ready());
-    click(150, 364);
-    type_name("Keptfield");
-    send_close();
-    answer_prompt(prompt_save);
-    ASSERT_TRUE(eventually([&] { return file_text("Error.out").find(warning) != std::string::npos; }))
-        << "no warning of the failed save";
-    click(400, 220);   // O.K.
-    ASSERT_TRUE(eventually([] { return !alert_up(); })) << "O.K. did not close the alert";
-    EXPECT_EQ(exit_status(5), -1) << "the quit went on after a failed save";
-    EXPECT_EQ(file_text(apt_path), before);
-    EXPECT_NE(file_text("Error.out").find(in_dir(apt_path)), std::string::npos) << "the warning names no path";
-    undo();
-    quit({prompt_save});
-    EXPECT_NE(file_text(apt_path).find("Keptfield"), std::string::npos);
-}
-
-// The tests run as root, whom file modes do not stop: a folder is made
-// read-only, and a file one that cannot be replaced, by bind mounts.
+// the edit. Three faults in a row, each taken away after its warning, then a
+// save that writes. The tests run as root, whom file modes do not stop: the
+// read-only folder and the file that cannot be replaced (a mount point cannot
+// be renamed over) are bind mounts, left out where the system refuses them.
 bool mount_over(const std::string& rel, const char* options)
 {
     const std::string at = "'" + in_dir(rel) + "'";
@@ -384,27 +342,40 @@ bool mount_over(const std::string& rel, const char* options)
 }
 void unmount(const std::string& rel) { std::system(("umount '" + in_dir(rel) + "' 2>/dev/null").c_str()); }
 
-TEST_F(Flows, FailedSaveOnAFullDiskKeepsTheFileAndTheEdit)
-{
-    fs::create_symlink("/dev/full", in_dir(apt_path + ".saving"));   // no room; the link goes with the failed file
-    failed_save_keeps_file_and_edit("I could not finish writing the file!", [] {});
-}
-
-TEST_F(Flows, FailedSaveInAReadOnlyFolderKeepsTheFileAndTheEdit)
+TEST_F(Flows, FailedSavesKeepTheFileAndTheEdit)
 {
     const std::string folder = "additional nav data/Earth";
-    if (!mount_over(folder, "ro")) GTEST_SKIP() << "no read-only folder: this system refuses the test a bind mount";
-    failed_save_keeps_file_and_edit("I could not save the file!", [&] { unmount(folder); });
-    unmount(folder);   // when the run stopped short of its own
-}
-
-// A file that is a mount point cannot be renamed over: the new file is whole, the last step fails.
-TEST_F(Flows, FailedRenameKeepsTheFileAndTheEdit)
-{
-    if (!mount_over(apt_path, "")) GTEST_SKIP() << "no file to fail a rename: this system refuses the test a bind mount";
-    failed_save_keeps_file_and_edit("I could not put the saved file in the place of the old one!",
-                                    [&] { unmount(apt_path); });
-    unmount(apt_path);
+    const struct { const char* warning; std::function<bool()> fault; std::function<void()> undo; } faults[] = {
+        {"I could not finish writing the file!",   // no room; the link goes with the failed file
+         [] { return fs::create_symlink("/dev/full", in_dir(apt_path + ".saving")), true; }, [] {}},
+        {"I could not save the file!", [&] { return mount_over(folder, "ro"); }, [&] { unmount(folder); }},
+        {"I could not put the saved file in the place of the old one!", [] { return mount_over(apt_path, ""); },
+         [] { unmount(apt_path); }}};
+    for (const auto& f : faults) run.expected_alerts.push_back(f.warning);
+    write_editor_prefs(202);
+    const std::string before = file_text(apt_path);
+    start_program();
+    ASSERT_TRUE(screen_ready());
+    click(150, 364);
+    type_name("Keptfield");
+    for (const auto& f : faults) {
+        if (!f.fault()) {
+            std::printf("left out, no bind mount here: %s\n", f.warning);
+            continue;
+        }
+        send_close();
+        answer_prompt(prompt_save);
+        const bool warned = eventually([&] { return file_text("Error.out").find(f.warning) != std::string::npos; });
+        f.undo();
+        ASSERT_TRUE(warned) << "no warning: " << f.warning;
+        click(400, 220);   // O.K.
+        ASSERT_TRUE(eventually([] { return !alert_up(); })) << "O.K. did not close the alert";
+        EXPECT_EQ(exit_status(5), -1) << "the quit went on after a failed save";
+        EXPECT_EQ(file_text(apt_path), before);
+    }
+    EXPECT_NE(file_text("Error.out").find(in_dir(apt_path)), std::string::npos) << "the warning names no path";
+    quit({prompt_save});
+    EXPECT_NE(file_text(apt_path).find("Keptfield"), std::string::npos);
 }
 
 }   // namespace
