@@ -84,3 +84,25 @@ TEST_F(GraphTest, TextureLevelsAreMeansOfTheLevelAbove)
             }
     }
 }
+
+// The panel shows, pixel for pixel, what was baked into rgb_array; where the
+// baking wrote nothing, what was drawn before stays.
+TEST_F(GraphTest, PanelShowsWhatWasBakedPixelForPixel)
+{
+    for (int y = 0; y < canvas_h; y++)
+        for (int x = 0; x < canvas_w; x++) {
+            unsigned char* p = rgb_array + (y * canvas_w + x) * 4;
+            p[0] = (unsigned char)x, p[1] = (unsigned char)y, p[2] = (unsigned char)(x >> 8 | (y >> 8) << 2 | 0x40);
+            p[3] = (x / 50 + y / 50) % 7 ? 255 : 0;
+        }
+    load_rgbarray_into_baktex(0);
+    OGL_plot_background();   // over the black that each test starts from
+    const std::vector<unsigned char> shot = grab_back_buffer();
+    int wrong = 0;
+    for (int y = 0; y < canvas_h; y++)
+        for (int x = 0; x < canvas_w; x++) {
+            const unsigned char *want = px_at(rgb_array, x, y), *got = px_at(shot.data(), x, y);
+            wrong += want[3] ? std::memcmp(want, got, 3) != 0 : (got[0] | got[1] | got[2]) != 0;
+        }
+    EXPECT_EQ(wrong, 0);
+}

@@ -13,6 +13,9 @@
 // of the main screen (the editor's start-up steps without preference files),
 // and on the error stream the time of its steps and of a second frame that
 // draws the map whole.
+//
+// tf_frame_bench --floor [RUNS]: the same clock for a bare SDL window with an
+// OpenGL context and one line drawn: what no start-up can go below here.
 #include "tools/world_gen.h"
 
 #include "app/Main.h"
@@ -239,7 +242,28 @@ static int startup_run(const char* folder, const char* forked_at)
     return 0;
 }
 
-static int startup_runs(const char* self, int runs)
+// The floor under any start-up on this machine: the time from the process's
+// start to the first frame of an 800 by 600 OpenGL window of SDL with one line
+// in it, and nothing of the editor's.
+static int floor_run(const char* forked_at)
+{
+    const double entered = now_s();
+    if (SDL_Init(SDL_INIT_VIDEO) != 0) return 1;
+    SDL_Window* win = SDL_CreateWindow("floor", 0, 0, 800, 600, SDL_WINDOW_OPENGL | SDL_WINDOW_SHOWN);
+    if (!win || !SDL_GL_CreateContext(win)) return 1;
+    glClear(GL_COLOR_BUFFER_BIT);
+    glBegin(GL_LINES);
+    glVertex2f(-0.5f, -0.5f);
+    glVertex2f(0.5f, 0.5f);
+    glEnd();
+    SDL_GL_SwapWindow(win);
+    glFinish();
+    const double done = now_s();
+    std::printf("| %.3f | %.3f |\n", done - std::atof(forked_at), done - entered);
+    return 0;
+}
+
+static int startup_runs(const char* self, int runs, const char* run_kind)
 {
     std::printf("| from fork, s | from main(), s |\n|---|---|\n");
     std::fflush(stdout);
@@ -251,7 +275,7 @@ static int startup_runs(const char* self, int runs)
             // A start-up that stops at an alert waits for a click that never
             // comes: the alarm ends it, and the run counts as failed.
             alarm(60);
-            execl(self, "tf_frame_bench", "--startup-run", root.c_str(), forked_at, (char*)nullptr);
+            execl(self, "tf_frame_bench", run_kind, root.c_str(), forked_at, (char*)nullptr);
             _exit(127);
         }
         int status = 0;
@@ -267,10 +291,13 @@ static int startup_runs(const char* self, int runs)
 int main(int argc, char** argv)
 {
     if (argc == 4 && std::strcmp(argv[1], "--startup-run") == 0) return startup_run(argv[2], argv[3]);
+    if (argc == 4 && std::strcmp(argv[1], "--floor-run") == 0) return floor_run(argv[3]);
+    if (argc > 1 && std::strcmp(argv[1], "--floor") == 0 && std::getenv("DISPLAY"))
+        return startup_runs("/proc/self/exe", argc > 2 ? std::atoi(argv[2]) : 5, "--floor-run");
     const int startup = argc > 1 && std::strcmp(argv[1], "--startup") == 0;
     const int frames = startup ? 120 : argc > 1 ? std::atoi(argv[1]) : 120;
     if (!std::getenv("DISPLAY") || frames < 4) {
-        std::fprintf(stderr, "usage: DISPLAY=:N tf_frame_bench [FRAMES, at least 4 | --startup [RUNS]]\n");
+        std::fprintf(stderr, "usage: DISPLAY=:N tf_frame_bench [FRAMES, at least 4 | --startup [RUNS] | --floor [RUNS]]\n");
         return 2;
     }
     if (!make_root()) {
@@ -283,7 +310,7 @@ int main(int argc, char** argv)
         return 1;
     }
     if (startup) {
-        const int failed = startup_runs("/proc/self/exe", argc > 2 ? std::atoi(argv[2]) : 5);
+        const int failed = startup_runs("/proc/self/exe", argc > 2 ? std::atoi(argv[2]) : 5, "--startup-run");
         std::error_code ignored;
         fs::remove_all(root, ignored);
         return failed;
