@@ -123,6 +123,7 @@ static const map_case map_cases[] = {
     {200, 0, 5, [] { planelat[28][36] += 0.004f, planelon[28][36] -= 0.003f; }, 'a'},   // a vertex dragged
     {200, 1, 0, [] { planelat[28][36] += 0.004f, planelon[28][36] -= 0.003f; }, 'a'},
     {200, 0, 0, [] { planelon[59][40] -= 0.01f; }, 'a'},   // a vertex of the east edge moved in: the panel shows
+    {200, 0, 0, [] { planelon[59][41] += 0.05f; }, 'a'},   // one moved out past its cells' old reach
     {200, 0, 0, [] { planey[30][40] += 1000; }, 'w'},     // the highest vertex lifted: the shading changes
     {200, 0, 5, [] { msc.sel_col++; }, 'a'},               // the next vertex selected
     {201, 0, 0, [] { msc.obj_sel = sel + 1; }, 'a'},
