@@ -103,6 +103,17 @@ static void craft_tile(int screen, int textured, int zoom_steps)
     assign_terrain_texes(0, 0);
 }
 
+// Obstacles of kind 3 in the free slots from 41 on, in a column west of the
+// cluster; called again, the same obstacles move a little north.
+static void add_obstacles(int count)
+{
+    for (int n = 41; n < 41 + count; n++) {
+        obj_lat[n] = 33.2f + 0.01f * (n - 41) + (obj_type[n] == 3 ? 0.002f : 0.0f);
+        obj_lon[n] = -118.8f;
+        obj_type[n] = 3;
+    }
+}
+
 // What a test changes between two frames; each must be seen on the map.
 struct map_case {
     int screen, textured, zoom_steps;
@@ -124,6 +135,8 @@ static const map_case map_cases[] = {
     {200, 1, 0, [] { planelat[28][36] += 0.004f, planelon[28][36] -= 0.003f; }, 'a'},
     {200, 0, 0, [] { planelon[59][40] -= 0.01f; }, 'a'},   // a vertex of the east edge moved in: the panel shows
     {200, 0, 0, [] { planelon[59][41] += 0.05f; }, 'a'},   // one moved out past its cells' old reach
+    {201, 0, 0, [] { add_obstacles(32); }, 'a'},   // as many new or moved obstacles as an area takes
+    {201, 0, 0, [] { add_obstacles(33); }, 'w'},   // one more: the map is drawn whole
     {200, 0, 0, [] { planey[30][40] += 1000; }, 'w'},     // the highest vertex lifted: the shading changes
     {200, 0, 5, [] { msc.sel_col++; }, 'a'},               // the next vertex selected
     {201, 0, 0, [] { msc.obj_sel = sel + 1; }, 'a'},
