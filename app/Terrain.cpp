@@ -250,34 +250,71 @@ static void draw_selected_vertex()
     if (in_map_area(x, y)) OGL_framerect(col_red, x - 4, y - 4, 8, 8);
 }
 
-void plot_obstacle_symbol(int kind, int col, float x, float y)
+// The pixel of the drawable that a symbol at (x, y) of the canvas stands on.
+void symbol_pixel(float x, float y, int* px, int* py)
 {
+    *px = (int)std::floor(OGL_pixel_x(mnw.win_x + x + 0.5f));
+    *py = (int)std::floor(OGL_pixel_y(mnw.win_y + y + 0.5f));
+}
+
+// Canvas units in pixels, kept on the grid of 1/256 pixel.
+static float pixels_x(float units) { return std::round((OGL_pixel_x(units) - OGL_pixel_x(0)) * 256) / 256; }
+static float pixels_y(float units) { return std::round((OGL_pixel_y(units) - OGL_pixel_y(0)) * 256) / 256; }
+
+// A line of a symbol, its ends in canvas units from the centre of the symbol's pixel.
+static void symbol_line(int col, float cx, float cy, float x1, float y1, float x2, float y2)
+{
+    OGL_pixel_line(col, cx + pixels_x(x1), cy + pixels_y(y1), cx + pixels_x(x2), cy + pixels_y(y2));
+}
+
+static void symbol_frame(int col, float cx, float cy, float x, float y, float w, float h)
+{
+    symbol_line(col, cx, cy, x, y, x, y + h);
+    symbol_line(col, cx, cy, x, y + h, x + w, y + h);
+    symbol_line(col, cx, cy, x + w, y + h, x + w, y);
+    symbol_line(col, cx, cy, x + w, y, x, y);
+}
+
+// Drawn in the drawable's pixels from the centre of the symbol's pixel, so
+// that every symbol of a kind lights the same pixels about its own.
+void plot_symbol_at_pixel(int kind, int col, int px, int py)
+{
+    const float cx = px + 0.5f, cy = py + 0.5f;
+    OGL_pixel_space_begin();
     switch (kind) {
-    case 2: OGL_framerect(col, x - 2, y - 2, 5, 5); break;
+    case 2: symbol_frame(col, cx, cy, -2, -2, 5, 5); break;
     case 3:
-        OGL_line(col, x - 2, y - 2, x, y + 2);
-        OGL_line(col, x + 2, y - 2, x, y + 2);
+        symbol_line(col, cx, cy, -2, -2, 0, 2);
+        symbol_line(col, cx, cy, 2, -2, 0, 2);
         break;
     case 4:
-        OGL_line(col, x - 4, y + 2, x + 4, y + 2);
-        OGL_line(col, x - 2, y - 2, x - 2, y + 2);
-        OGL_line(col, x + 2, y - 2, x + 2, y + 2);
+        symbol_line(col, cx, cy, -4, 2, 4, 2);
+        symbol_line(col, cx, cy, -2, -2, -2, 2);
+        symbol_line(col, cx, cy, 2, -2, 2, 2);
         break;
     case 5:
-        OGL_line(col, x - 3, y + 2, x + 3, y + 2);
-        OGL_line(col, x - 3, y - 2, x + 3, y - 2);
-        OGL_line(col, x - 3, y + 2, x - 1, y);
-        OGL_line(col, x - 1, y, x - 3, y - 2);
-        OGL_line(col, x + 3, y + 2, x + 1, y);
-        OGL_line(col, x + 1, y, x + 3, y - 2);
+        symbol_line(col, cx, cy, -3, 2, 3, 2);
+        symbol_line(col, cx, cy, -3, -2, 3, -2);
+        symbol_line(col, cx, cy, -3, 2, -1, 0);
+        symbol_line(col, cx, cy, -1, 0, -3, -2);
+        symbol_line(col, cx, cy, 3, 2, 1, 0);
+        symbol_line(col, cx, cy, 1, 0, 3, -2);
         break;
-    case 6: OGL_framerect(col, x - 1, y - 2, 2, 5); break;
+    case 6: symbol_frame(col, cx, cy, -1, -2, 2, 5); break;
     case 8:
-        OGL_line(col, x - 2, y - 2, x + 2, y + 2);
-        OGL_line(col, x + 3, y - 2, x - 1, y + 2);
+        symbol_line(col, cx, cy, -2, -2, 2, 2);
+        symbol_line(col, cx, cy, 3, -2, -1, 2);
         break;
     default: break;   // kinds 1 and 7 show nothing
     }
+    OGL_pixel_space_end();
+}
+
+void plot_obstacle_symbol(int kind, int col, float x, float y)
+{
+    int px, py;
+    symbol_pixel(x, y, &px, &py);
+    plot_symbol_at_pixel(kind, col, px, py);
 }
 
 // Where an obstacle of the tile lands on the canvas; 0 when it is not drawn.
@@ -339,18 +376,29 @@ static void note_moved(int n)
     else moved[moved_count++] = n;
 }
 
-// Every obstacle but the one left out, noting where each went.
+// Every obstacle but the one left out, noting where each went. When all of
+// them are white they are stamped rather than drawn line by line.
 static void draw_obstacles(int left_out)
 {
+    int box[4];
+    OGL_scissor_box(map_x1, map_y1, map_x2 - map_x1, map_y2 - map_y1, box);
+    const int stamped = gl_batching && (left_out == msc.obj_sel || obj_flash == col_white) && stamps_begin(box);
     OGL_batch_begin();
+    OGL_pixel_space_begin();
     for (int n = 0; n < obj_cap; n++) {
         float x = 0, y = 0;
         shown[n] = n != left_out && obstacle_place(n, &x, &y);
         shown_x[n] = x;
         shown_y[n] = y;
-        if (shown[n]) plot_obstacle_symbol(obj_type[n], obstacle_colour(n), x, y);
+        if (!shown[n]) continue;
+        int px, py;
+        symbol_pixel(x, y, &px, &py);
+        if (stamped) stamp_symbol(obj_type[n], px, py);
+        else plot_symbol_at_pixel(obj_type[n], obstacle_colour(n), px, py);
     }
+    OGL_pixel_space_end();
     OGL_batch_end();
+    if (stamped) stamps_draw(col_white);
     fill_squares();
 }
 
@@ -696,49 +744,17 @@ static int picture_usable(const map_view& v)
 
 static void copy_map_picture(const int box[4])
 {
-    OGL_bindtex(map_picture_tex);
     const int w = power_of_two_above(box[2]), h = power_of_two_above(box[3]);
-    if (w != picture.tex_w || h != picture.tex_h) {
-        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, w, h, 0, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-        picture.tex_w = w;
-        picture.tex_h = h;
-    }
-    glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, box[0], box[1], box[2], box[3]);
+    const int make = w != picture.tex_w || h != picture.tex_h;
+    OGL_pixels_to_texels(map_picture_tex, box, make ? w : 0, h);
+    picture.tex_w = w;
+    picture.tex_h = h;
 }
 
-// The kept picture over the map's box, one texel to a pixel, the texels as
-// they are (not tinted by the current colour).
+// The kept picture over the map's box, one texel to a pixel.
 static void show_map_picture(const int box[4])
 {
-    OGL_setstate(1, 2, 5, 7, 9, 11, 13);
-    OGL_bindtex(map_picture_tex);
-    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
-    GLint viewport[4];
-    glGetIntegerv(GL_VIEWPORT, viewport);
-    glViewport(box[0], box[1], box[2], box[3]);
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    glLoadIdentity();
-    glOrtho(0, box[2], 0, box[3], -1, 1);
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    glLoadIdentity();
-    const float s = (float)box[2] / picture.tex_w, t = (float)box[3] / picture.tex_h;
-    const float w = (float)box[2], h = (float)box[3];
-    glBegin(GL_QUADS);
-    glTexCoord2f(0, 0); glVertex2f(0, 0);
-    glTexCoord2f(0, t); glVertex2f(0, h);
-    glTexCoord2f(s, t); glVertex2f(w, h);
-    glTexCoord2f(s, 0); glVertex2f(w, 0);
-    glEnd();
-    glPopMatrix();
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
-    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+    OGL_texels_to_pixels(map_picture_tex, box, (float)box[2] / picture.tex_w, (float)box[3] / picture.tex_h);
 }
 
 // The pixels of the area, within the map's box: x, y, width, height.

@@ -102,6 +102,12 @@ void OGL_setstate(int fog, int texture, int lighting, int alpha_test, int blend,
     if (lighting == sw_light_off) OGL_setcolorINDEX(col_lights_off, 1.0f);
 }
 
+// The flat view last set: canvas x1..x2, y1..y2 over the viewport's pixels.
+static struct {
+    float x1, y1, x2, y2;
+    int px, py, pw, ph;
+} flat_view = {0, 0, 800, 600, 0, 0, 800, 600};
+
 void OGL_viewport(int mode, float left, float bottom, float right, float top,
                   float vx1, float vy1, float vx2, float vy2,
                   float znear, float zfar, float zoom)
@@ -109,17 +115,70 @@ void OGL_viewport(int mode, float left, float bottom, float right, float top,
     OGL_flush();
     float width = vx2 - vx1;
     float height = vy2 - vy1;
+    const int px = canvas_place.left + (int)(vx1 * mnw.scale_x), py = canvas_place.bottom + (int)(vy1 * mnw.scale_y);
+    const int pw = (int)(width * mnw.scale_x), ph = (int)(height * mnw.scale_y);
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
-    if (mode == 2)
+    if (mode == 2) {
         glOrtho(left / zoom, right / zoom, bottom / zoom, top / zoom, -1.0, 1.0);
+        flat_view = {left / zoom, bottom / zoom, right / zoom, top / zoom, px, py, pw, ph};
+    }
     if (mode == 3)
         glFrustum(left / zoom, right / zoom, bottom * height / width / zoom,
                   top * height / width / zoom, znear, zfar);
-    glViewport(canvas_place.left + (int)(vx1 * mnw.scale_x), canvas_place.bottom + (int)(vy1 * mnw.scale_y),
-               (int)(width * mnw.scale_x), (int)(height * mnw.scale_y));
+    glViewport(px, py, pw, ph);
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
+}
+
+float OGL_pixel_x(float x) { return flat_view.px + (x - flat_view.x1) / (flat_view.x2 - flat_view.x1) * flat_view.pw; }
+float OGL_pixel_y(float y) { return flat_view.py + (y - flat_view.y1) / (flat_view.y2 - flat_view.y1) * flat_view.ph; }
+float OGL_canvas_x(float px) { return flat_view.x1 + (px - flat_view.px) / flat_view.pw * (flat_view.x2 - flat_view.x1); }
+float OGL_canvas_y(float py) { return flat_view.y1 + (py - flat_view.py) / flat_view.ph * (flat_view.y2 - flat_view.y1); }
+
+// ---- pixels kept in a texture ------------------------------------------------------------------
+
+void OGL_pixels_to_texels(int tex, const int box[4], int make_w, int make_h)
+{
+    OGL_bindtex(tex);
+    if (make_w > 0) {
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, make_w, make_h, 0, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+    }
+    glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, box[0], box[1], box[2], box[3]);
+}
+
+// The texels as they are, not tinted by the current colour, one to a pixel:
+// a viewport of the box's own pixels and a projection of its own.
+void OGL_texels_to_pixels(int tex, const int box[4], float s, float t)
+{
+    OGL_setstate(sw_fog_off, sw_tex_on, sw_light_off, sw_alpha_off, sw_blend_off, sw_depth_off, sw_dwrite_off);
+    OGL_bindtex(tex);
+    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
+    GLint viewport[4];
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    glViewport(box[0], box[1], box[2], box[3]);
+    glMatrixMode(GL_PROJECTION);
+    glPushMatrix();
+    glLoadIdentity();
+    glOrtho(0, box[2], 0, box[3], -1, 1);
+    glMatrixMode(GL_MODELVIEW);
+    glPushMatrix();
+    glLoadIdentity();
+    const float w = (float)box[2], h = (float)box[3];
+    glBegin(GL_QUADS);
+    glTexCoord2f(0, 0); glVertex2f(0, 0);
+    glTexCoord2f(0, t); glVertex2f(0, h);
+    glTexCoord2f(s, t); glVertex2f(w, h);
+    glTexCoord2f(s, 0); glVertex2f(w, 0);
+    glEnd();
+    glPopMatrix();
+    glMatrixMode(GL_PROJECTION);
+    glPopMatrix();
+    glMatrixMode(GL_MODELVIEW);
+    glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
+    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
 }
 
 void OGL_bindtex(int id)
@@ -298,6 +357,27 @@ static void array_line(float x1, float y1, float x2, float y2)
     }
 }
 
+// A line between the two points as given to OpenGL, closed by a point:
+// line rasterisation leaves out the last pixel.
+static void gl_line(int col, float x1, float y1, float x2, float y2)
+{
+    if (batch_depth) {
+        batch_room(col, 2, 1, 0);
+        hold(line_xy, &line_n, x1, y1);
+        hold(line_xy, &line_n, x2, y2);
+        hold(point_xy, &point_n, x2, y2);
+        return;
+    }
+    flat_state(col);
+    glBegin(GL_LINES);
+    glVertex2f(x1, y1);
+    glVertex2f(x2, y2);
+    glEnd();
+    glBegin(GL_POINTS);
+    glVertex2f(x2, y2);
+    glEnd();
+}
+
 void OGL_line(int col, float x1, float y1, float x2, float y2)
 {
     x1 += mnw.win_x; y1 += mnw.win_y;
@@ -307,23 +387,44 @@ void OGL_line(int col, float x1, float y1, float x2, float y2)
         array_line(x1, y1, x2, y2);
         return;
     }
-    // Line rasterisation leaves out the last pixel: a point closes it.
-    if (batch_depth) {
-        batch_room(col, 2, 1, 0);
-        hold(line_xy, &line_n, x1 + 0.5f, y1 + 0.5f);
-        hold(line_xy, &line_n, x2 + 0.5f, y2 + 0.5f);
-        hold(point_xy, &point_n, x2 + 0.5f, y2 + 0.5f);
-        return;
-    }
-    flat_state(col);
-    glBegin(GL_LINES);
-    glVertex2f(x1 + 0.5f, y1 + 0.5f);
-    glVertex2f(x2 + 0.5f, y2 + 0.5f);
-    glEnd();
-    glBegin(GL_POINTS);
-    glVertex2f(x2 + 0.5f, y2 + 0.5f);
-    glEnd();
+    gl_line(col, x1 + 0.5f, y1 + 0.5f, x2 + 0.5f, y2 + 0.5f);
 }
+
+// ---- lines in the drawable's pixels ------------------------------------------------------------
+// The canvas's projection scales by 2/800, which no float holds exactly, so a
+// point's place in pixels carries a rounding error that depends on where it
+// is. Under a projection and viewport of a whole power of two every point
+// given on a fine grid lands exactly where it is given, and a shape moved by
+// whole pixels lights the same pixels wherever it is.
+
+static int pixel_depth;                  // nested OGL_pixel_space_begin calls
+static GLint canvas_viewport[4];
+const int pixel_space = 8192;            // pixels of the projection, each way
+
+void OGL_pixel_space_begin()
+{
+    if (pixel_depth++) return;
+    OGL_flush();
+    glGetIntegerv(GL_VIEWPORT, canvas_viewport);
+    glMatrixMode(GL_PROJECTION);
+    glPushMatrix();
+    glLoadIdentity();
+    glOrtho(0, pixel_space, 0, pixel_space, -1, 1);
+    glMatrixMode(GL_MODELVIEW);
+    glViewport(0, 0, pixel_space, pixel_space);
+}
+
+void OGL_pixel_space_end()
+{
+    if (pixel_depth == 0 || --pixel_depth) return;
+    OGL_flush();
+    glMatrixMode(GL_PROJECTION);
+    glPopMatrix();
+    glMatrixMode(GL_MODELVIEW);
+    glViewport(canvas_viewport[0], canvas_viewport[1], canvas_viewport[2], canvas_viewport[3]);
+}
+
+void OGL_pixel_line(int col, float x1, float y1, float x2, float y2) { gl_line(col, x1, y1, x2, y2); }
 
 void OGL_fillrect(int col, float x, float y, float w, float h)
 {

@@ -47,7 +47,19 @@ void OGL_setstate(int fog, int texture, int lighting, int alpha_test, int blend,
 void OGL_viewport(int mode, float left, float bottom, float right, float top,
                   float vx1, float vy1, float vx2, float vy2,
                   float znear, float zfar, float zoom);
+// Where a point of the canvas (window origin included) falls in the drawable's
+// pixels under the last flat viewport, and back; pixel centres are at .5.
+float OGL_pixel_x(float x);
+float OGL_pixel_y(float y);
+float OGL_canvas_x(float px);
+float OGL_canvas_y(float py);
 void OGL_bindtex(int id);
+// The drawable's pixels of box (x, y, width, height) copied into texture tex
+// at its corner; with make_w above 0 the texture is first made anew at
+// make_w by make_h (powers of two), nearest texel. Then drawn back: the
+// texture's s and t from 0 up to s and t over the box, one texel to a pixel.
+void OGL_pixels_to_texels(int tex, const int box[4], int make_w, int make_h);
+void OGL_texels_to_pixels(int tex, const int box[4], float s, float t);
 void OGL_setcolorINDEX(int col, float alpha);
 void OGL_setcolorRGBA(float r, float g, float b, float alpha, int skip_lighting);
 void OGL_assigncolor(int col, float r, float g, float b);
@@ -77,6 +89,13 @@ extern int gl_batching;
 
 // ---- primitives, window-relative -------------------------------------------------------------
 void OGL_line(int col, float x1, float y1, float x2, float y2);
+// Lines given in the drawable's pixels (pixel centres at .5, y up from the
+// bottom), between OGL_pixel_space_begin and _end (they nest). Points on a
+// grid of 1/256 pixel land exactly: a shape moved by whole pixels lights the
+// same pixels. Batched as OGL_line is.
+void OGL_pixel_space_begin();
+void OGL_pixel_space_end();
+void OGL_pixel_line(int col, float x1, float y1, float x2, float y2);
 void OGL_fillrect(int col, float x, float y, float w, float h);
 void OGL_framerect(int col, float x, float y, float w, float h);
 void OGL_2dquad(int tex, int col, float alpha,

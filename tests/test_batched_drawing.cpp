@@ -181,3 +181,34 @@ TEST_F(BatchedDrawing, MapAndItsKeptPictureMatchTheWholeDrawing)
             }
         }
 }
+
+// A crowd of obstacles of every kind, at places anywhere within their pixels,
+// stamped in a whole drawing, against each symbol drawn line by line, on
+// canvases of five scales.
+TEST_F(BatchedDrawing, StampedCrowdMatchesSymbolsDrawnLineByLine)
+{
+    load_stock_textures();
+    for (const float width : {800.0f, 640.0f, 700.0f, 1000.0f, 1400.0f}) {
+        SCOPED_TRACE(testing::Message() << "canvas " << width);
+        mnw.scr_x = width;
+        mnw.scr_y = width * 0.75f;
+        MACIBM_set_scale();
+        OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
+        craft_tile(201, 0, 0);
+        const auto without = drawn(0, [] { plot_TF_terrain(); });
+        unsigned seed = 7;
+        for (int n = 100; n < 3100; n++) {
+            seed = seed * 1103515245u + 12345u;
+            obj_type[n] = 1 + (int)(seed >> 16) % 8;
+            obj_lat[n] = 33.0f + (float)((seed >> 4) % 4096) / 4096.0f;
+            obj_lon[n] = -119.0f + (float)(n % 997) / 997.0f;
+        }
+        drop_map_picture();
+        const int stamped_before = stamped_draws;
+        const auto stamped = drawn(1, [] { obj_flash = 5, plot_TF_terrain(); });
+        EXPECT_EQ(stamped_draws - stamped_before, 1);
+        const auto one = drawn(0, [] { obj_flash = 5, plot_TF_terrain(); });
+        EXPECT_GT(pixels_differing(one, without), 10000);
+        EXPECT_EQ(pixels_differing(stamped, one), 0);
+    }
+}
