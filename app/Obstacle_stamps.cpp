@@ -100,11 +100,10 @@ int stamps_begin(const int box[4])
 // The mask's bit of column c is bit c % 8 of byte c / 8 (sent least
 // significant first), so that a row of a shape, shifted, lands in one
 // little-endian word and the byte after it.
-void stamp_symbol(int kind, int px, int py)
+static void stamp(int kind, int px, int py)
 {
-    if (!intrange(kind, 0, kinds - 1)) return;
     const int col = px - box_x + margin - centre, row = py - box_y + margin - centre;
-    if (!intrange(col, 0, mask_w - cell - 8) || !intrange(row, 0, mask_h - cell)) return;
+    if (!intrange(kind, 0, kinds - 1) || !intrange(col, 0, mask_w - cell - 8) || !intrange(row, 0, mask_h - cell)) return;
     const int stride = mask_w / 8, shift = col % 8;
     unsigned char* at = mask + (size_t)row * stride + col / 8;
     for (int r = shapes.low[kind]; r <= shapes.high[kind]; r++) {
@@ -116,6 +115,12 @@ void stamp_symbol(int kind, int px, int py)
         std::memcpy(p, &word, 8);
         if (shift) p[8] |= (unsigned char)(bits >> (64 - shift));
     }
+}
+
+void stamp_symbols(const unsigned char* shown, const int* kind, const int* px, const int* py, int count)
+{
+    for (int n = 0; n < count; n++)
+        if (shown[n]) stamp(kind[n], px[n], py[n]);
 }
 
 int stamped_draws;

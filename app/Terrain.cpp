@@ -226,8 +226,21 @@ static void runway_quad(int r)
     }
 }
 
+// Noted again for another tile, another count of airports or runways, or a
+// new panel (a change of screen, after which the airport screen's edits may
+// show), not for a pan or a zoom.
 static void note_runways_near_tile()
 {
+    static float noted_lat = 999, noted_lon = 999;
+    static int noted_panel = -1, noted_airports = -1, noted_runways = -1;
+    if (noted_lat == msc.lat && noted_lon == msc.lon && noted_panel == panel_generation &&
+        noted_airports == apt_wrl_max && noted_runways == rwy_wrl_max)
+        return;
+    noted_lat = msc.lat;
+    noted_lon = msc.lon;
+    noted_panel = panel_generation;
+    noted_airports = apt_wrl_max;
+    noted_runways = rwy_wrl_max;
     near_runway_count = 0;
     for (int a = 0; a <= apt_wrl_max; a++)
         for (int r = apt_lo_ind[a]; r <= apt_hi_ind[a]; r++)
@@ -250,16 +263,23 @@ static void draw_selected_vertex()
     if (in_map_area(x, y)) OGL_framerect(col_red, x - 4, y - 4, 8, 8);
 }
 
-// The pixel of the drawable that a symbol at (x, y) of the canvas stands on.
-void symbol_pixel(float x, float y, int* px, int* py)
+// The whole number at or below v, written so that a loop of them runs in vectors.
+static inline int floor_int(float v)
 {
-    *px = (int)std::floor(OGL_pixel_x(mnw.win_x + x + 0.5f));
-    *py = (int)std::floor(OGL_pixel_y(mnw.win_y + y + 0.5f));
+    const int t = (int)v;
+    return t - (t > v);
+}
+
+// The pixel of the drawable that a symbol at (x, y) of the canvas stands on.
+static inline void symbol_pixel(float x, float y, int* px, int* py)
+{
+    *px = floor_int(OGL_pixel_x(mnw.win_x + x + 0.5f));
+    *py = floor_int(OGL_pixel_y(mnw.win_y + y + 0.5f));
 }
 
 // Canvas units in pixels, kept on the grid of 1/256 pixel.
-static float pixels_x(float units) { return std::round((OGL_pixel_x(units) - OGL_pixel_x(0)) * 256) / 256; }
-static float pixels_y(float units) { return std::round((OGL_pixel_y(units) - OGL_pixel_y(0)) * 256) / 256; }
+static float pixels_x(float units) { return std::round(units * flat_view.pixels_x * 256) / 256; }
+static float pixels_y(float units) { return std::round(units * flat_view.pixels_y * 256) / 256; }
 
 // A line of a symbol, its ends in canvas units from the centre of the symbol's pixel.
 static void symbol_line(int col, float cx, float cy, float x1, float y1, float x2, float y2)
@@ -317,14 +337,46 @@ void plot_obstacle_symbol(int kind, int col, float x, float y)
     plot_symbol_at_pixel(kind, col, px, py);
 }
 
-// Where an obstacle of the tile lands on the canvas; 0 when it is not drawn.
+// The cosine of each obstacle's latitude, kept with the latitude it was
+// taken for (bit for bit; none at first): a whole drawing places every
+// obstacle of the tile anew, and most have not moved since the last.
+static float obj_cos[obj_cap], obj_cos_lat[obj_cap];
+
+static void refresh_obstacle_cos(int first, int end)
+{
+    static int started;
+    if (!started) std::memset(obj_cos_lat, 0xff, sizeof obj_cos_lat);
+    started = 1;
+    for (int n = first; n < end; n++) {
+        if (std::memcmp(&obj_cos_lat[n], &obj_lat[n], sizeof(float)) == 0) continue;
+        obj_cos[n] = std::cos(obj_lat[n] * con.deg_to_rad);
+        obj_cos_lat[n] = obj_lat[n];
+    }
+}
+
+// The numbers of the projection for a run of obstacles, as ret_x and ret_y take them.
+struct obstacle_view {
+    float lat, lon, dlat, dlon, zoom;
+};
+
+static obstacle_view obstacle_view_now() { return {msc.lat, msc.lon, msc.map_dlat, msc.map_dlon, msc.map_zoom}; }
+
+// Where obstacle n lands on the canvas, worked out in ret_x's and ret_y's
+// order; 1 when it is drawn: a kind with a symbol, on the tile, in the map
+// area. No branch, so that a loop over the whole table runs in vectors.
+static inline int obstacle_at(const obstacle_view& v, int n, float* x, float* y)
+{
+    const float lat = obj_lat[n], lon = obj_lon[n];
+    *x = (lon - v.dlon - v.lon) * map_scale * v.zoom * obj_cos[n] + map_x1;
+    *y = (lat - v.dlat - v.lat) * map_scale * v.zoom + map_y1;
+    return (obj_type[n] >= 1) & (obj_type[n] <= 8) & (v.lon <= lon) & (lon <= v.lon + 1) & (v.lat <= lat) &
+           (lat <= v.lat + 1) & (map_x1 <= *x) & (*x <= map_x2) & (map_y1 <= *y) & (*y <= map_y2);
+}
+
 static int obstacle_place(int n, float* x, float* y)
 {
-    if (!intrange(obj_type[n], 1, 8)) return 0;
-    if (!fltrange(obj_lon[n], msc.lon, msc.lon + 1) || !fltrange(obj_lat[n], msc.lat, msc.lat + 1)) return 0;
-    *x = ret_x(obj_lon[n], obj_lat[n]);
-    *y = ret_y(obj_lat[n]);
-    return in_map_area(*x, *y);
+    refresh_obstacle_cos(n, n + 1);
+    return obstacle_at(obstacle_view_now(), n, x, y);
 }
 
 static int obstacle_colour(int n) { return n == msc.obj_sel ? obj_flash : col_white; }
@@ -356,16 +408,18 @@ static int square_col(float x) { return intlim((int)(x / square_side), 0, square
 static int square_row(float y) { return intlim((int)(y / square_side), 0, square_rows - 1); }
 static int square_of(int n) { return square_row(shown_y[n]) * square_cols + square_col(shown_x[n]); }
 
+// Each square's obstacles, counted first and then put in place; an obstacle
+// not shown counts in a square past the last, which nothing reads.
 static void fill_squares()
 {
-    static int next[square_count];
-    std::memset(square_start, 0, sizeof square_start);
-    for (int n = 0; n < obj_cap; n++)
-        if (shown[n]) square_start[square_of(n) + 1]++;
-    for (int q = 0; q < square_count; q++) square_start[q + 1] += square_start[q];
+    static int square[obj_cap], next[square_count + 1];
+    for (int n = 0; n < obj_cap; n++) square[n] = shown[n] ? square_of(n) : square_count;
+    std::memset(next, 0, sizeof next);
+    for (int n = 0; n < obj_cap; n++) next[square[n]]++;
+    square_start[0] = 0;
+    for (int q = 0; q < square_count; q++) square_start[q + 1] = square_start[q] + next[q];
     std::memcpy(next, square_start, sizeof next);
-    for (int n = 0; n < obj_cap; n++)
-        if (shown[n]) square_items[next[square_of(n)]++] = n;
+    for (int n = 0; n < obj_cap; n++) square_items[next[square[n]]++] = n;
     moved_count = 0;
 }
 
@@ -383,22 +437,23 @@ static void draw_obstacles(int left_out)
     int box[4];
     OGL_scissor_box(map_x1, map_y1, map_x2 - map_x1, map_y2 - map_y1, box);
     const int stamped = gl_batching && (left_out == msc.obj_sel || obj_flash == col_white) && stamps_begin(box);
-    OGL_batch_begin();
-    OGL_pixel_space_begin();
-    for (int n = 0; n < obj_cap; n++) {
-        float x = 0, y = 0;
-        shown[n] = n != left_out && obstacle_place(n, &x, &y);
-        shown_x[n] = x;
-        shown_y[n] = y;
-        if (!shown[n]) continue;
-        int px, py;
-        symbol_pixel(x, y, &px, &py);
-        if (stamped) stamp_symbol(obj_type[n], px, py);
-        else plot_symbol_at_pixel(obj_type[n], obstacle_colour(n), px, py);
+    refresh_obstacle_cos(0, obj_cap);
+    const obstacle_view v = obstacle_view_now();
+    for (int n = 0; n < obj_cap; n++) shown[n] = obstacle_at(v, n, &shown_x[n], &shown_y[n]);
+    if (intrange(left_out, 0, obj_cap - 1)) shown[left_out] = 0;
+    static int px[obj_cap], py[obj_cap];
+    for (int n = 0; n < obj_cap; n++) symbol_pixel(shown[n] ? shown_x[n] : 0, shown[n] ? shown_y[n] : 0, &px[n], &py[n]);
+    if (stamped) {
+        stamp_symbols(shown, obj_type, px, py, obj_cap);
+        stamps_draw(col_white);
+    } else {
+        OGL_batch_begin();
+        OGL_pixel_space_begin();
+        for (int n = 0; n < obj_cap; n++)
+            if (shown[n]) plot_symbol_at_pixel(obj_type[n], obstacle_colour(n), px[n], py[n]);
+        OGL_pixel_space_end();
+        OGL_batch_end();
     }
-    OGL_pixel_space_end();
-    OGL_batch_end();
-    if (stamped) stamps_draw(col_white);
     fill_squares();
 }
 

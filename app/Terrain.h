@@ -21,14 +21,14 @@ void runway_corner(int r, int k, float* lon, float* lat);   // corner k = 0..3
 int in_map_area(float x, float y);
 void plot_obstacle_symbol(int kind, int col, float x, float y);
 void plot_symbol_at_pixel(int kind, int col, int px, int py);
-void symbol_pixel(float x, float y, int* px, int* py);   // the drawable's pixel a symbol stands on
 extern int obj_flash;
 
 // Obstacle symbols stamped from the pixels OpenGL lights for each kind
 // (app/Obstacle_stamps.cpp), since every symbol of a kind lights the same
 // pixels about its own.
 int stamps_begin(const int box[4]);   // 0 when the scale or the box does not allow stamps
-void stamp_symbol(int kind, int px, int py);
+// The symbol of each obstacle n below count that is shown, of its kind, on its pixel.
+void stamp_symbols(const unsigned char* shown, const int* kind, const int* px, const int* py, int count);
 void stamps_draw(int col);            // the stamps as one bitmap in colour col
 extern int stamped_draws;             // counts the drawings that stamped
 // Forgets the kept picture of the map, so that the next frame draws it whole.

@@ -9,20 +9,6 @@
 
 // ---- range tests and limits --------------------------------------------------------
 
-int intrange(int v, int lo, int hi) { return lo <= v && v <= hi; }
-
-// Written as two comparisons so that a NaN fails both and gives 0.
-int fltrange(float v, float lo, float hi) { return lo <= v && v <= hi; }
-
-int fltbox(float x, float y, float x1, float y1, float x2, float y2)
-{
-    return x1 <= x && x <= x2 && y1 <= y && y <= y2;
-}
-
-int intlim(int v, int lo, int hi) { return v < lo ? lo : (v > hi ? hi : v); }
-
-float fltlim(float v, float lo, float hi) { return v < lo ? lo : (v > hi ? hi : v); }
-
 // One step of wrapping only: a value more than a span outside stays outside.
 int intwrap(int v, int lo, int hi)
 {
@@ -38,9 +24,6 @@ float fltwrap(float v, float lo, float hi)
     return v;
 }
 
-int intmin2(int a, int b) { return a < b ? a : b; }
-float fltmin2(float a, float b) { return a < b ? a : b; }
-float fltmax2(float a, float b) { return a > b ? a : b; }
 
 // ---- arithmetic ------------------------------------------------------------------------
 

@@ -4,16 +4,21 @@
 #pragma once
 
 // ---- range tests and limits (both ends always included) -------------------------
-int intrange(int v, int lo, int hi);
-int fltrange(float v, float lo, float hi);
-int fltbox(float x, float y, float x1, float y1, float x2, float y2);
-int intlim(int v, int lo, int hi);
-float fltlim(float v, float lo, float hi);
+// The smallest are defined here, so that loops over whole tables inline them.
+inline int intrange(int v, int lo, int hi) { return lo <= v && v <= hi; }
+// Written as two comparisons so that a NaN fails both and gives 0.
+inline int fltrange(float v, float lo, float hi) { return lo <= v && v <= hi; }
+inline int fltbox(float x, float y, float x1, float y1, float x2, float y2)
+{
+    return x1 <= x && x <= x2 && y1 <= y && y <= y2;
+}
+inline int intlim(int v, int lo, int hi) { return v < lo ? lo : (v > hi ? hi : v); }
+inline float fltlim(float v, float lo, float hi) { return v < lo ? lo : (v > hi ? hi : v); }
 int intwrap(int v, int lo, int hi);
 float fltwrap(float v, float lo, float hi);
-int intmin2(int a, int b);
-float fltmin2(float a, float b);
-float fltmax2(float a, float b);
+inline int intmin2(int a, int b) { return a < b ? a : b; }
+inline float fltmin2(float a, float b) { return a < b ? a : b; }
+inline float fltmax2(float a, float b) { return a > b ? a : b; }
 
 // ---- arithmetic ------------------------------------------------------------------------
 int intround(float x);

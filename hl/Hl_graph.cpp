@@ -102,11 +102,7 @@ void OGL_setstate(int fog, int texture, int lighting, int alpha_test, int blend,
     if (lighting == sw_light_off) OGL_setcolorINDEX(col_lights_off, 1.0f);
 }
 
-// The flat view last set: canvas x1..x2, y1..y2 over the viewport's pixels.
-static struct {
-    float x1, y1, x2, y2;
-    int px, py, pw, ph;
-} flat_view = {0, 0, 800, 600, 0, 0, 800, 600};
+flat_view_pixels flat_view = {0, 0, 1, 1, 1, 1, 0, 0};
 
 void OGL_viewport(int mode, float left, float bottom, float right, float top,
                   float vx1, float vy1, float vx2, float vy2,
@@ -121,7 +117,8 @@ void OGL_viewport(int mode, float left, float bottom, float right, float top,
     glLoadIdentity();
     if (mode == 2) {
         glOrtho(left / zoom, right / zoom, bottom / zoom, top / zoom, -1.0, 1.0);
-        flat_view = {left / zoom, bottom / zoom, right / zoom, top / zoom, px, py, pw, ph};
+        const float x1 = left / zoom, y1 = bottom / zoom, x2 = right / zoom, y2 = top / zoom;
+        flat_view = {x1, y1, pw / (x2 - x1), ph / (y2 - y1), (x2 - x1) / pw, (y2 - y1) / ph, px, py};
     }
     if (mode == 3)
         glFrustum(left / zoom, right / zoom, bottom * height / width / zoom,
@@ -131,10 +128,6 @@ void OGL_viewport(int mode, float left, float bottom, float right, float top,
     glLoadIdentity();
 }
 
-float OGL_pixel_x(float x) { return flat_view.px + (x - flat_view.x1) / (flat_view.x2 - flat_view.x1) * flat_view.pw; }
-float OGL_pixel_y(float y) { return flat_view.py + (y - flat_view.y1) / (flat_view.y2 - flat_view.y1) * flat_view.ph; }
-float OGL_canvas_x(float px) { return flat_view.x1 + (px - flat_view.px) / flat_view.pw * (flat_view.x2 - flat_view.x1); }
-float OGL_canvas_y(float py) { return flat_view.y1 + (py - flat_view.py) / flat_view.ph * (flat_view.y2 - flat_view.y1); }
 
 // ---- pixels kept in a texture ------------------------------------------------------------------
 

@@ -49,10 +49,17 @@ void OGL_viewport(int mode, float left, float bottom, float right, float top,
                   float znear, float zfar, float zoom);
 // Where a point of the canvas (window origin included) falls in the drawable's
 // pixels under the last flat viewport, and back; pixel centres are at .5.
-float OGL_pixel_x(float x);
-float OGL_pixel_y(float y);
-float OGL_canvas_x(float px);
-float OGL_canvas_y(float py);
+struct flat_view_pixels {
+    float x1, y1;                 // the canvas point at the viewport's corner
+    float pixels_x, pixels_y;     // pixels a canvas unit
+    float units_x, units_y;       // canvas units a pixel
+    int px, py;                   // the viewport's corner in pixels
+};
+extern flat_view_pixels flat_view;
+inline float OGL_pixel_x(float x) { return flat_view.px + (x - flat_view.x1) * flat_view.pixels_x; }
+inline float OGL_pixel_y(float y) { return flat_view.py + (y - flat_view.y1) * flat_view.pixels_y; }
+inline float OGL_canvas_x(float px) { return flat_view.x1 + (px - flat_view.px) * flat_view.units_x; }
+inline float OGL_canvas_y(float py) { return flat_view.y1 + (py - flat_view.py) * flat_view.units_y; }
 void OGL_bindtex(int id);
 // The drawable's pixels of box (x, y, width, height) copied into texture tex
 // at its corner; with make_w above 0 the texture is first made anew at
