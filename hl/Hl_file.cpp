@@ -57,12 +57,23 @@ static int slurp_file(const char* path, std::string& text)
 // read with their CR as the end-of-line character.
 static void fold_crlf(std::string& text)
 {
-    size_t out = 0;
-    for (size_t k = 0; k < text.size(); k++) {
-        if (text[k] == '\r' && k + 1 < text.size() && text[k + 1] == '\n') continue;
-        text[out++] = text[k];
+    char* const start = &text[0];
+    const char* const end = start + text.size();
+    const char* from = (const char*)std::memchr(start, '\r', text.size());
+    if (!from) return;
+    char* out = start + (from - start);
+    while (from < end) {
+        // Up to the next CR, moved down as a block.
+        const char* cr = (const char*)std::memchr(from, '\r', (size_t)(end - from));
+        const char* stop = cr ? cr : end;
+        std::memmove(out, from, (size_t)(stop - from));
+        out += stop - from;
+        from = stop;
+        if (!cr) break;
+        if (cr + 1 < end && cr[1] == '\n') from = cr + 1;   // the CR of a pair is dropped
+        else *out++ = *from++;                             // a lone CR stays
     }
-    text.resize(out);
+    text.resize((size_t)(out - start));
 }
 
 void inf_close()
@@ -298,33 +309,49 @@ int text_int(std::istream& in)
     return v;
 }
 
+// The characters of one float: the first ones in place, any past them (only
+// a file made to break the reader has so many) in the string.
+const int float_chars_held = 64;
+struct float_text {
+    char held[float_chars_held];
+    int count;
+    std::string more;
+};
+
+static void take_char(float_text& t, char c)
+{
+    if (t.count < float_chars_held) t.held[t.count++] = c;
+    else t.more += c;
+}
+
 // Takes the characters of a float as the stream does: a sign, digits with at
 // most one point, then after a digit an e or E with a sign and digits. Gives 1
 // when they form a whole number; an e with no digits after it does not.
-static int take_float_text(std::streambuf* sb, std::string& text, int* all_zero)
+static int take_float_text(std::streambuf* sb, float_text& t, int* all_zero)
 {
-    text.clear();
+    t.count = 0;
+    t.more.clear();
     int c = sb->sgetc();
     if (c == '+' || c == '-') {
-        text += (char)c;
+        take_char(t, (char)c);
         c = sb->snextc();
     }
     int mantissa = 0, point = 0, exponent = 0, exponent_digits = 0;
     *all_zero = 1;
     while (c != EOF) {
         if (c >= '0' && c <= '9') {
-            text += (char)c;
+            take_char(t, (char)c);
             if (exponent) exponent_digits = 1;
             else mantissa = 1, *all_zero &= c == '0';
         } else if (c == '.' && !point && !exponent) {
-            text += '.';
+            take_char(t, '.');
             point = 1;
         } else if ((c == 'e' || c == 'E') && !exponent && mantissa) {
-            text += 'e';
+            take_char(t, 'e');
             exponent = 1;
             c = sb->snextc();
             if (c != '+' && c != '-') continue;
-            text += (char)c;
+            take_char(t, (char)c);
         } else {
             break;
         }
@@ -333,29 +360,42 @@ static int take_float_text(std::streambuf* sb, std::string& text, int* all_zero)
     return mantissa && (!exponent || exponent_digits);
 }
 
-float text_float(std::istream& in)
+// Beyond the normal floats (overflow, underflow, subnormals) the stream's own
+// conversion decides, with the failbit it sets.
+static float stream_float(std::istream& in, const std::string& text)
 {
-    static std::string text;
-    if (!skip_white(in, 1)) return 0;
-    int all_zero;
-    const int whole = take_float_text(in.rdbuf(), text, &all_zero);
-    mark_end(in);
-    if (!whole) {
-        in.setstate(std::ios::failbit);
-        return 0;
-    }
-    const int sign = text[0] == '+' || text[0] == '-';
-    float v = 0;
-    const auto got = std::from_chars(text.data() + sign, text.data() + text.size(), v);
-    if (got.ec == std::errc() && (std::isnormal(v) || all_zero)) return text[0] == '-' ? -v : v;
-    // Beyond the normal floats (overflow, underflow, subnormals) the stream's
-    // own conversion decides, with the failbit it sets.
     static std::istringstream rare;
+    float v = 0;
     rare.clear();
     rare.str(text);
     rare >> v;
     if (rare.fail()) in.setstate(std::ios::failbit);
     return v;
+}
+
+static float convert_float(std::istream& in, const char* text, size_t len, int all_zero)
+{
+    const int sign = text[0] == '+' || text[0] == '-';
+    float v = 0;
+    const auto got = std::from_chars(text + sign, text + len, v);
+    if (got.ec == std::errc() && (std::isnormal(v) || all_zero)) return text[0] == '-' ? -v : v;
+    return stream_float(in, std::string(text, len));
+}
+
+float text_float(std::istream& in)
+{
+    static float_text t;
+    if (!skip_white(in, 1)) return 0;
+    int all_zero;
+    const int whole = take_float_text(in.rdbuf(), t, &all_zero);
+    mark_end(in);
+    if (!whole) {
+        in.setstate(std::ios::failbit);
+        return 0;
+    }
+    if (t.more.empty()) return convert_float(in, t.held, (size_t)t.count, all_zero);
+    const std::string text = std::string(t.held, (size_t)t.count) + t.more;
+    return convert_float(in, text.data(), text.size(), all_zero);
 }
 
 // One character as the stream's get() takes it.
