@@ -1,4 +1,5 @@
 #include "world_fixture.h"
+#include "app/Navaids.h"
 #include "hl/Hl_graph.h"
 
 #include <cstring>
@@ -37,6 +38,7 @@ void WorldTest::SetUp()
     mnw.mouse_x = mnw.mouse_y = -50;
     mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
     g_cs_input[0] = 0;   // the edit line empty
+    nav_list_type = 2;   // the navaid screen on its first kind
     to_array = 0;
     std::filesystem::create_directories(root + "additional nav data/Earth/+030-120/");
 }
