@@ -1,10 +1,7 @@
 // The runway lighting code, the packed terrain code of a tile vertex, and the
 // ground textures of a tile and their orientation derived from the water flags.
-#include "hl/Hl_funct.h"
-#include "hl/Hl_types.h"
-#include "platform/Hl_mnw.h"
+#include "world_fixture.h"
 
-#include <gtest/gtest.h>
 #include <algorithm>
 #include <climits>
 #include <cstring>
@@ -114,20 +111,6 @@ TEST(Helpers, OnlyDigitsMakeANumber)
 
 namespace {
 
-// A flat tile, all land or all water, with nothing derived yet.
-void lay_tile(int water)
-{
-    for (int i = 0; i < grid_ni; i++)
-        for (int j = 0; j < grid_nj; j++) {
-            planelon[i][j] = -119.0f + i / 59.0f;
-            planelat[i][j] = 33.0f + j / 79.0f;
-            planey[i][j] = 0.0f;
-            is_water[i][j] = water;
-            planetex[i][j] = 0;
-        }
-    std::memset(planest, 0, sizeof planest);
-}
-
 void set_water(int i0, int i1, int j0, int j1, int water)
 {
     for (int i = i0; i <= i1; i++)
@@ -138,7 +121,9 @@ void set_water(int i0, int i1, int j0, int j1, int water)
 template <typename F>
 void derive_on(int water, F change)
 {
-    lay_tile(water);
+    lay_flat_grid();
+    std::fill(&is_water[0][0], &is_water[0][0] + grid_ni * grid_nj, water);
+    std::memset(planetex, 0, sizeof planetex);
     change();
     assign_terrain_texes(0, 0);
 }
@@ -153,13 +138,7 @@ void expect_cells(std::initializer_list<cell> cells)
             << orientation_of(planest[c.i][c.j]) << ", expected " << c.tex << " in " << c.orientation;
 }
 
-class Derivation : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        fill_constants();
-    }
-};
+using Derivation = WorldTest;
 
 }  // namespace
 
