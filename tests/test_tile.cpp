@@ -246,8 +246,12 @@ TEST_F(Coast, ThreeThousandPointsLoadAndOneMoreIsFatalNamingTheLog)
     std::string pairs = "I\r\n1 version\r\n";
     for (int k = 0; k < coast_cap; k++) pairs += "33.5 -118.5\n";
     write_file("additional nav data/coastlines/+030-120.cst", pairs);
+    std::fill(coast_lat, coast_lat + coast_cap, 0.0f);
+    std::fill(coast_lon, coast_lon + coast_cap, 0.0f);
     read_coast();
     EXPECT_EQ(msc.coast_num, coast_cap);
+    EXPECT_EQ(std::count(coast_lat, coast_lat + coast_cap, 33.5f) + std::count(coast_lon, coast_lon + coast_cap, -118.5f),
+              2 * coast_cap);
     write_file("additional nav data/coastlines/+030-120.cst", pairs + "34 -119\n");
     open_error_log(1);
     const std::string log = err_path;
