@@ -5,7 +5,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <unistd.h>
 
 void WorldTest::SetUp()
@@ -65,9 +65,7 @@ void WorldTest::write_file(const std::string& relative, const std::string& bytes
 std::string WorldTest::read_file(const std::string& relative)
 {
     std::ifstream in(root + relative, std::ios::binary);
-    std::stringstream all;
-    all << in.rdbuf();
-    return all.str();
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 std::string WorldTest::last_log_line()
