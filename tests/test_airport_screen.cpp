@@ -14,18 +14,10 @@ const float box_x1 = 325, box_y1 = 155, box_x2 = 778, box_y2 = 564;   // centre 
 
 void one_airport(int runways)
 {
-    apt_wrl_max = 0;
-    apt_lo_ind[0] = 0;
-    apt_hi_ind[0] = runways - 1;
-    rwy_wrl_max = runways - 1;
-    for (int r = 0; r < runways; r++) {
-        rwy_lat[r] = 34.0f;
-        rwy_lon[r] = -118.0f;
-        rwy_hdng[r] = 0;
-        rwy_len[r] = 3000;
-        rwy_width[r] = 100;
-        rwy_num[r] = 1;
-    }
+    apt_wrl_max = apt_lo_ind[0] = 0;
+    apt_hi_ind[0] = rwy_wrl_max = runways - 1;
+    for (int r = 0; r < runways; r++)
+        rwy_lat[r] = 34, rwy_lon[r] = -118, rwy_hdng[r] = 0, rwy_len[r] = 3000, rwy_width[r] = 100, rwy_num[r] = 1;
 }
 
 // The selected runway after a frame of the diagram with the mouse at (x, y), a click if click.

@@ -19,18 +19,13 @@ namespace {
 // latitude r, to tell them apart.
 void make_airports(std::initializer_list<int> runways)
 {
-    apt_wrl_max = -1;
-    rwy_wrl_max = -1;
+    apt_wrl_max = rwy_wrl_max = -1;
     for (int n : runways) {
         const int a = ++apt_wrl_max;
         apt_lo_ind[a] = rwy_wrl_max + 1;
-        for (int k = 0; k < n; k++) {
-            const int r = ++rwy_wrl_max;
-            rwy_lat[r] = (float)r;
-            rwy_len[r] = 100.0f * r + 100;
-            rwy_width[r] = 0;
-            rwy_num[r] = 1;
-        }
+        for (int r = rwy_wrl_max + 1; r <= rwy_wrl_max + n; r++)
+            rwy_lat[r] = (float)r, rwy_len[r] = 100.0f * r + 100, rwy_width[r] = 0, rwy_num[r] = 1;
+        rwy_wrl_max += n;
         apt_hi_ind[a] = rwy_wrl_max;
         C_to_C(("A" + std::to_string(a)).c_str(), apt_name[a]);
     }

@@ -22,10 +22,7 @@ protected:
     }
     static void put_obstacle(int slot, int kind, float lat, float lon, float hddz, const char* name = "?")
     {
-        obj_type[slot] = kind;
-        obj_lat[slot] = lat;
-        obj_lon[slot] = lon;
-        obj_hddz[slot] = hddz;
+        obj_type[slot] = kind, obj_lat[slot] = lat, obj_lon[slot] = lon, obj_hddz[slot] = hddz;
         C_to_C(name, obj_name[slot]);
     }
     // The vertex tables as bytes: heights, places, water and textures.
