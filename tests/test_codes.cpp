@@ -64,6 +64,7 @@ TEST(Codes, RunwayCodeDecodesDigitByDigitAndEncodesBack)
     // A 0 digit yields 1; a hundreds digit of 5 steps through 400 and then 100.
     EXPECT_EQ(lights(3000000), "s 111 111");
     EXPECT_EQ(lights(1511532), "M 111 132");
+    EXPECT_EQ(lights(1401200), "M 411 211");   // the hundreds digit alone stands for itself
 
     int back = 0;
     for (int code : {1111111, 2345123, 11466466, 10111111}) {
