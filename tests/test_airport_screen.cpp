@@ -14,18 +14,10 @@ const float box_x1 = 325, box_y1 = 155, box_x2 = 778, box_y2 = 564;   // centre 
 
 void one_airport(int runways)
 {
-    apt_wrl_max = 0;
-    apt_lo_ind[0] = 0;
-    apt_hi_ind[0] = runways - 1;
-    rwy_wrl_max = runways - 1;
-    for (int r = 0; r < runways; r++) {
-        rwy_lat[r] = 34.0f;
-        rwy_lon[r] = -118.0f;
-        rwy_hdng[r] = 0;
-        rwy_len[r] = 3000;
-        rwy_width[r] = 100;
-        rwy_num[r] = 1;
-    }
+    apt_wrl_max = apt_lo_ind[0] = 0;
+    apt_hi_ind[0] = rwy_wrl_max = runways - 1;
+    for (int r = 0; r < runways; r++)
+        rwy_lat[r] = 34, rwy_lon[r] = -118, rwy_hdng[r] = 0, rwy_len[r] = 3000, rwy_width[r] = 100, rwy_num[r] = 1;
 }
 
 // The selected runway after a frame of the diagram with the mouse at (x, y), a click if click.
@@ -63,6 +55,14 @@ TEST_F(AirportScreen, RunwaysFillTheDiagramToScaleAndAClickPicksTheLastUnderTheM
     EXPECT_EQ(diagram_frame(1, 551.5f, 500, 1), 0);   // on the upright one only
     EXPECT_EQ(diagram_frame(1, 700, 500, 1), 1);      // in the box on no runway
     EXPECT_EQ(diagram_frame(0, 551.5f, 359.5f, 1, 300), 0);   // panned away: the runway left the box
+
+    rwy_hdng[1] = 0, rwy_lon[1] = -117.99f;   // side by side, 921 m apart: each drawn once, where both fit
+    reset_drawing_state();
+    diagram_frame(0, 0, 0, 0);
+    const std::vector<unsigned char> pair = grab_back_buffer();
+    const unsigned char* row = px_at(pair.data(), 0, 359);
+    auto lit = [&](int x) { return row[4 * x] | row[4 * x + 1] | row[4 * x + 2]; };
+    EXPECT_TRUE(has_colour(px_at(pair.data(), 355, 359), 19) && lit(747) && !lit(551));
 }
 
 TEST_F(AirportScreen, RunwayOfNoSizeDrawsNothingAndStopsNothing)

@@ -19,18 +19,13 @@ namespace {
 // latitude r, to tell them apart.
 void make_airports(std::initializer_list<int> runways)
 {
-    apt_wrl_max = -1;
-    rwy_wrl_max = -1;
+    apt_wrl_max = rwy_wrl_max = -1;
     for (int n : runways) {
         const int a = ++apt_wrl_max;
         apt_lo_ind[a] = rwy_wrl_max + 1;
-        for (int k = 0; k < n; k++) {
-            const int r = ++rwy_wrl_max;
-            rwy_lat[r] = (float)r;
-            rwy_len[r] = 100.0f * r + 100;
-            rwy_width[r] = 0;
-            rwy_num[r] = 1;
-        }
+        for (int r = rwy_wrl_max + 1; r <= rwy_wrl_max + n; r++)
+            rwy_lat[r] = (float)r, rwy_len[r] = 100.0f * r + 100, rwy_width[r] = 0, rwy_num[r] = 1;
+        rwy_wrl_max += n;
         apt_hi_ind[a] = rwy_wrl_max;
         C_to_C(("A" + std::to_string(a)).c_str(), apt_name[a]);
     }
@@ -55,22 +50,18 @@ std::string lats(int first, int last)
     return text;
 }
 
-std::string row_text(int num, char side)
-{
-    rwy_num[0] = num;
-    rwy_lcr[0] = side;
-    char text[10];
-    runway_row_text(0, text);
-    return text;
-}
-
 using AirportTables = WorldTest;
 
 TEST_F(AirportTables, RunwayRowsShowBothEnds)
 {
     const std::tuple<int, char, const char*> rows[] = {
         {9, 'L', "09L / 27R"}, {36, 'x', "36  / 18 "}, {18, 'C', "18C / 36C"}, {0, 'R', "00R / 18L"}, {99, 'x', "99  / 99 "}};
-    for (auto [num, side, text] : rows) EXPECT_EQ(row_text(num, side), text);
+    for (auto [num, side, text] : rows) {
+        char shown[10];
+        rwy_num[0] = num, rwy_lcr[0] = side;
+        runway_row_text(0, shown);
+        EXPECT_STREQ(shown, text);
+    }
 }
 
 TEST_F(AirportTables, RunwaysComeAndGoInTheirAirportsRun)
@@ -219,10 +210,9 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     }
     int first, last;
     navaid_run(6, &first, &last);
-    EXPECT_EQ(first, 3);
-    EXPECT_EQ(last, 4);
+    EXPECT_EQ(std::pair(first, last), std::pair(3, 4));
     navaid_run(9, &first, &last);
-    EXPECT_EQ(first + last, 0);
+    EXPECT_EQ(std::pair(first, last), std::pair(0, 0));
 
     // A glideslope shows heading 123 and slope 3.00, and packs them back.
     OGL_assign_colortable();
@@ -245,9 +235,8 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     mnw.mouse_x = 400, mnw.mouse_y = 360, mnw.mouse_click = 1;   // ADD NAVAID
     handle_nav();
     EXPECT_EQ(msc.nav_sel, 5);
-    EXPECT_EQ(nav_type[5], 6);
     EXPECT_STREQ(nav_name[5], "Untitled");
-    EXPECT_EQ(nav_type[6], 4);      // the rest moved up by one
+    EXPECT_EQ(std::vector<int>(nav_type + 3, nav_type + 7), (std::vector<int>{6, 6, 6, 4}));   // the rest up by one
     EXPECT_EQ(nav_lat[6], 5.0f);
     mnw.mouse_y = 385;              // DELETE NAVAID closes the table up again
     handle_nav();
@@ -259,8 +248,7 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     mnw.mouse_y = 360;
     expect_alert("The navaid table is full!");
     handle_nav();
-    EXPECT_EQ(nav_type[nav_cap - 1], 9);
-    EXPECT_EQ(nav_type[5], 4);
+    EXPECT_EQ(nav_type[nav_cap - 1] * 10 + nav_type[5], 94);
     EXPECT_EQ(alerts_seen().size(), 1u);
     to_array = 0;
     mnw.mouse_click = 0;

@@ -36,12 +36,11 @@ TEST_F(BitmapLoad, PanelRowsLandBottomUpAndMagentaLeavesWhatWasThere)
     std::memcpy(rgb_array + (21 * canvas_w + 11) * 4, "\x01\x02\x03\xC8", 4);   // a pixel written before
     ASSERT_EQ(load(-101, 10, 20, "pics:three"), 1);
     EXPECT_EQ(width * 10 + height, 33);
-    EXPECT_EQ(rgba_at(10, 20), (std::vector<int>{1, 1, 7, 255}));
-    EXPECT_EQ(rgba_at(12, 20), (std::vector<int>{81, 1, 7, 255}));
-    EXPECT_EQ(rgba_at(10, 22), (std::vector<int>{1, 81, 7, 255}));
-    EXPECT_EQ(rgba_at(12, 22), (std::vector<int>{81, 81, 7, 255}));
-    EXPECT_EQ(rgba_at(11, 21), (std::vector<int>{1, 2, 3, 200}));
-    EXPECT_EQ(rgba_at(13, 20), (std::vector<int>{0, 0, 0, 0}));   // the padding is not a pixel
+    // The corners; the middle as it was; the padding is not a pixel.
+    const struct { int x, y; std::vector<int> rgba; } pixels[] = {
+        {10, 20, {1, 1, 7, 255}}, {12, 20, {81, 1, 7, 255}}, {10, 22, {1, 81, 7, 255}}, {12, 22, {81, 81, 7, 255}},
+        {11, 21, {1, 2, 3, 200}}, {13, 20, {0, 0, 0, 0}}};
+    for (const auto& p : pixels) EXPECT_EQ(rgba_at(p.x, p.y), p.rgba) << p.x << "," << p.y;
 }
 
 // 1024 by 1024 at three bytes a pixel is more than the 1920000 bytes of the

@@ -1,10 +1,7 @@
 // The runway lighting code, the packed terrain code of a tile vertex, and the
 // ground textures of a tile and their orientation derived from the water flags.
-#include "hl/Hl_funct.h"
-#include "hl/Hl_types.h"
-#include "platform/Hl_mnw.h"
+#include "world_fixture.h"
 
-#include <gtest/gtest.h>
 #include <algorithm>
 #include <climits>
 #include <cstring>
@@ -67,6 +64,7 @@ TEST(Codes, RunwayCodeDecodesDigitByDigitAndEncodesBack)
     // A 0 digit yields 1; a hundreds digit of 5 steps through 400 and then 100.
     EXPECT_EQ(lights(3000000), "s 111 111");
     EXPECT_EQ(lights(1511532), "M 111 132");
+    EXPECT_EQ(lights(1401200), "M 411 211");   // the hundreds digit alone stands for itself
 
     int back = 0;
     for (int code : {1111111, 2345123, 11466466, 10111111}) {
@@ -114,20 +112,6 @@ TEST(Helpers, OnlyDigitsMakeANumber)
 
 namespace {
 
-// A flat tile, all land or all water, with nothing derived yet.
-void lay_tile(int water)
-{
-    for (int i = 0; i < grid_ni; i++)
-        for (int j = 0; j < grid_nj; j++) {
-            planelon[i][j] = -119.0f + i / 59.0f;
-            planelat[i][j] = 33.0f + j / 79.0f;
-            planey[i][j] = 0.0f;
-            is_water[i][j] = water;
-            planetex[i][j] = 0;
-        }
-    std::memset(planest, 0, sizeof planest);
-}
-
 void set_water(int i0, int i1, int j0, int j1, int water)
 {
     for (int i = i0; i <= i1; i++)
@@ -138,7 +122,9 @@ void set_water(int i0, int i1, int j0, int j1, int water)
 template <typename F>
 void derive_on(int water, F change)
 {
-    lay_tile(water);
+    lay_flat_grid();
+    std::fill(&is_water[0][0], &is_water[0][0] + grid_ni * grid_nj, water);
+    std::memset(planetex, 0, sizeof planetex);
     change();
     assign_terrain_texes(0, 0);
 }
@@ -153,13 +139,7 @@ void expect_cells(std::initializer_list<cell> cells)
             << orientation_of(planest[c.i][c.j]) << ", expected " << c.tex << " in " << c.orientation;
 }
 
-class Derivation : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        fill_constants();
-    }
-};
+using Derivation = WorldTest;
 
 }  // namespace
 

@@ -4,6 +4,7 @@
 #include "app/Terrain.h"
 #include "hl/Hl_funct.h"
 #include "hl/Hl_types.h"
+#include "platform/Hl_mnw.h"
 
 #include <gtest/gtest.h>
 #include <cmath>
@@ -11,13 +12,20 @@
 
 class MapView : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        con.rad_to_deg = 180.0f / 3.1415927f;
-        con.deg_to_rad = 1.0f / con.rad_to_deg;
-        set_msc_defaults();
-    }
+    void SetUp() override { fill_constants(), set_msc_defaults(); }
 };
+
+// Zoom-in presses of count that changed the zoom.
+static int zoom_in_steps(int count, const float& zoom)
+{
+    int steps = 0;
+    for (int k = 0; k < count; k++) {
+        const float before = zoom;
+        handle_zoom(cmd_zoom_in);
+        steps += zoom != before;
+    }
+    return steps;
+}
 
 TEST_F(MapView, TileCornersAtZoomOne)
 {
@@ -34,13 +42,7 @@ TEST_F(MapView, TileCornersAtZoomOne)
 
 TEST_F(MapView, MapZoomStopsAfterNineteenSteps)
 {
-    int steps = 0;
-    for (int k = 0; k < 40; k++) {
-        float before = msc.map_zoom;
-        handle_zoom(cmd_zoom_in);
-        if (msc.map_zoom != before) steps++;
-    }
-    EXPECT_EQ(steps, 19);
+    EXPECT_EQ(zoom_in_steps(40, msc.map_zoom), 19);
     EXPECT_NEAR(msc.map_zoom, 31.95, 0.01);
     // Each step moved the view by a tenth of the new visible degree: a geometric series.
     EXPECT_NEAR(msc.map_dlat, 0.5 * (1 - std::pow(1 / 1.2, 19)), 1e-4);
@@ -51,33 +53,23 @@ TEST_F(MapView, MapZoomStopsAfterNineteenSteps)
 TEST_F(MapView, AirportDiagramZoomAndPanStopAtTheirEnds)
 {
     msc.screen = cmd_screen_airports;
-    int steps = 0;
-    for (int k = 0; k < 20; k++) {
-        const float before = msc.apt_zoom;
-        handle_zoom(cmd_zoom_in);
-        steps += msc.apt_zoom != before;
-    }
-    EXPECT_EQ(steps, 10);
+    EXPECT_EQ(zoom_in_steps(20, msc.apt_zoom), 10);
     EXPECT_NEAR(msc.apt_zoom, std::pow(1.25, 10), 1e-4);
     for (int k = 0; k < 50; k++) {
         handle_zoom(cmd_pan_right);
         handle_zoom(cmd_pan_down);
     }
-    EXPECT_EQ(msc.apt_dx, -2000);
-    EXPECT_EQ(msc.apt_dy, 2000);
+    EXPECT_EQ(std::pair(msc.apt_dx, msc.apt_dy), std::pair(-2000.0f, 2000.0f));
     for (int k = 0; k < 90; k++) {
         handle_zoom(cmd_pan_left);
         handle_zoom(cmd_pan_up);
     }
-    EXPECT_EQ(msc.apt_dx, 2000);
-    EXPECT_EQ(msc.apt_dy, -2000);
+    EXPECT_EQ(std::pair(msc.apt_dx, msc.apt_dy), std::pair(2000.0f, -2000.0f));
     handle_zoom(cmd_zoom_out);
-    EXPECT_EQ(msc.apt_dx, 1500);
-    EXPECT_EQ(msc.apt_dy, -1500);
+    EXPECT_EQ(std::pair(msc.apt_dx, msc.apt_dy), std::pair(1500.0f, -1500.0f));
     for (int k = 0; k < 20; k++) handle_zoom(cmd_zoom_out);   // 0.75 does not undo 1.25: it ends below 1
     EXPECT_NEAR(msc.apt_zoom, std::pow(1.25, 10) * std::pow(0.75, 8), 1e-5);   // eight steps out in all
-    EXPECT_EQ(msc.apt_dx, 0);
-    EXPECT_EQ(msc.apt_dy, 0);
+    EXPECT_EQ(std::pair(msc.apt_dx, msc.apt_dy), std::pair(0.0f, 0.0f));
 }
 
 TEST_F(MapView, ToolCyclesOnTheirScreensOnly)

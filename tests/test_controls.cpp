@@ -12,13 +12,7 @@
 namespace {
 
 // The mouse at (x, y), the button held down, clicked in this frame or not.
-void mouse(float x, float y, int click = 1)
-{
-    mnw.mouse_x = x;
-    mnw.mouse_y = y;
-    mnw.mouse_click = click;
-    mnw.mouse_down = 1;
-}
+void mouse(float x, float y, int click = 1) { mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = click, mnw.mouse_down = 1; }
 
 void clear() { std::memset(rgb_array, 0, sizeof rgb_array); }
 

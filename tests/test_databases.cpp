@@ -11,13 +11,6 @@ class Databases : public WorldTest {
 protected:
     void write_apt(const std::string& body) { write_file(apt_file, database("Airports of the test", body)); }
     void write_nav(const std::string& body) { write_file(nav_file, database("Navaids of the test", body)); }
-
-    static std::string airport_lines(int airports)
-    {
-        std::string body;
-        for (int a = 0; a < airports; a++) body += "1 100 0 0 KA" + std::to_string(a % 10) + "Z Field\n";
-        return body;
-    }
 };
 
 TEST_F(Databases, AirportLinesStandInTheirColumns)
@@ -69,21 +62,21 @@ TEST_F(Databases, RunwayAheadOfEveryAirportIsLeftOutWithAWarning)
 
 TEST_F(Databases, FullTablesLoadAndOneRecordMoreIsFatal)
 {
-    write_apt(airport_lines(apt_cap));
-    load_airports();
-    EXPECT_EQ(apt_wrl_max, apt_cap - 1);
-    write_apt(airport_lines(apt_cap + 1));
-    EXPECT_FATAL_ALERT(load_airports(), "Too many airports in apt.dat file!");
-    EXPECT_TRUE(log_begins("Too many airports in apt.dat file!   18000, GetLastError="));
-
-    std::string navs;
-    for (int v = 0; v < nav_load_cap; v++) navs += "3 33.5 -118.5 10 11360 0 VORX NAME\n";
-    write_nav(navs);
-    load_navaids();
-    EXPECT_EQ(nav_wrl_max, nav_load_cap - 1);
-    write_nav(navs + "3 33.5 -118.5 10 11360 0 VORX NAME\n");
-    EXPECT_FATAL_ALERT(load_navaids(), "Too many navs in nav.dat file!");
-    EXPECT_TRUE(log_begins("Too many navs in nav.dat file!   19997, GetLastError="));
+    // A full table loads; one record more is fatal, and the log gives the count where the load stopped.
+    const struct { const char *file, *line; int cap; void (*load)(); const int& last; const char *alert, *count; } tables[] = {
+        {apt_file, "1 100 0 0 KA0Z Field\n", apt_cap, load_airports, apt_wrl_max, "Too many airports in apt.dat file!", "18000"},
+        {nav_file, "3 33.5 -118.5 10 11360 0 VORX NAME\n", nav_load_cap, load_navaids, nav_wrl_max,
+         "Too many navs in nav.dat file!", "19997"}};
+    for (const auto& t : tables) {
+        std::string lines;
+        for (int k = 0; k < t.cap; k++) lines += t.line;
+        write_file(t.file, database("Records of the test", lines));
+        t.load();
+        EXPECT_EQ(t.last, t.cap - 1) << t.file;
+        write_file(t.file, database("Records of the test", lines + t.line));
+        EXPECT_FATAL_ALERT(t.load(), t.alert);
+        EXPECT_TRUE(log_begins(std::string(t.alert) + "   " + t.count + ", GetLastError="));
+    }
 }
 
 TEST_F(Databases, MissingOrBrokenDatabaseIsFatal)

@@ -201,6 +201,7 @@ TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLi
     EXPECT_EQ(written(78, 270, 481, 40, 7), stamped("Sub", 270, 481));
     EXPECT_EQ(written(65, 270, 471, 40, 7), stamped("a.bmp", 270, 471));
     EXPECT_TRUE(written(78, 255, 481, 11, 8).size() > 20 && written(78, 255, 471, 11, 8).empty());
+    EXPECT_EQ(written(30, 300, 90, 200, 300).size(), 200u * 300);   // the list's black below its rows
     // The knob's face at the top of the strip for the first item, window y
     // 434 - 7, at the bottom for the last.
     EXPECT_EQ(written(67, 543, 485, 1, 1).size(), 1u);

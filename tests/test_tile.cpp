@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 static const char* const tile_file = "additional nav data/Earth/+030-120/+033-119.env";
 static const int vertex_bytes = 4800 * 16;
@@ -21,10 +22,7 @@ protected:
     }
     static void put_obstacle(int slot, int kind, float lat, float lon, float hddz, const char* name = "?")
     {
-        obj_type[slot] = kind;
-        obj_lat[slot] = lat;
-        obj_lon[slot] = lon;
-        obj_hddz[slot] = hddz;
+        obj_type[slot] = kind, obj_lat[slot] = lat, obj_lon[slot] = lon, obj_hddz[slot] = hddz;
         C_to_C(name, obj_name[slot]);
     }
     // The vertex tables as bytes: heights, places, water and textures.
@@ -94,20 +92,15 @@ TEST_F(TileFile, WrittenBytesFollowTheLayoutAndReadBackTheSame)
     EXPECT_FLOAT_EQ(at<float>(f, v), planelat[2][3]);
     EXPECT_FLOAT_EQ(at<float>(f, v + 4), planelon[2][3]);
 
-    size_t o = marker_offset;
-    EXPECT_EQ(at(f, o), 3);
+    // The obstacles (kind 3, kind 8 with its name, kind 1), the end marker, the names.
+    const size_t o = marker_offset;
+    for (auto [offset, value] : {std::pair{0, 3}, {16, 0}, {20, 0}, {24, 8}, {80, 1}, {104, 99}})
+        EXPECT_EQ(at(f, o + offset), value) << "obstacle byte " << offset;
     EXPECT_FLOAT_EQ(at<float>(f, o + 12), 250);
-    EXPECT_EQ(at(f, o + 16), 0);
-    EXPECT_EQ(at(f, o + 20), 0);
-    EXPECT_EQ(at(f, o + 24), 8);
     EXPECT_STREQ(f.c_str() + o + 24 + 16, "tower/a");
-    EXPECT_EQ(at(f, o + 80), 1);
-    EXPECT_EQ(at(f, o + 104), 99);
-    size_t names = o + 108;
-    EXPECT_STREQ(f.c_str() + names + 3 * 40, "rock face");
-    EXPECT_STREQ(f.c_str() + names + 7 * 40, "sand");
-    EXPECT_STREQ(f.c_str() + names + 9 * 40, "Untitled");   // used by no cell
-    EXPECT_STREQ(msc.ter_tex_name[9], "Untitled");            // released in memory too
+    for (auto [slot, name] : {std::pair{3, "rock face"}, {7, "sand"}, {9, "Untitled"}})   // 9: used by no cell
+        EXPECT_STREQ(f.c_str() + o + 108 + slot * 40, name);
+    EXPECT_STREQ(msc.ter_tex_name[9], "Untitled");   // released in memory too
 
     const std::string before = grid_bytes();
     lay_flat_grid();
@@ -124,12 +117,10 @@ TEST_F(TileFile, WrittenBytesFollowTheLayoutAndReadBackTheSame)
         EXPECT_EQ(planest[8][50][0][1][k], st_table[st_r0][k][1]);
     }
     // The written obstacles come back compacted in their order.
-    EXPECT_EQ(obj_type[1], 8);
+    EXPECT_EQ(std::vector<int>(obj_type, obj_type + 4), (std::vector<int>{3, 8, 1, 99}));
     EXPECT_STREQ(obj_name[1], "tower/a");
     EXPECT_FLOAT_EQ(obj_hddz[1], 90);
-    EXPECT_EQ(obj_type[2], 1);
     EXPECT_FLOAT_EQ(obj_lat[2], 34.0f);
-    EXPECT_EQ(obj_type[3], 99);
     EXPECT_STREQ(msc.ter_tex_name[3], "rock face");
     EXPECT_EQ(msc.ter_dirty, 0);
     EXPECT_FLOAT_EQ(msc.map_zoom, 1.0f);
@@ -252,8 +243,12 @@ TEST_F(Coast, ThreeThousandPointsLoadAndOneMoreIsFatalNamingTheLog)
     std::string pairs = "I\r\n1 version\r\n";
     for (int k = 0; k < coast_cap; k++) pairs += "33.5 -118.5\n";
     write_file("additional nav data/coastlines/+030-120.cst", pairs);
+    std::fill(coast_lat, coast_lat + coast_cap, 0.0f);
+    std::fill(coast_lon, coast_lon + coast_cap, 0.0f);
     read_coast();
     EXPECT_EQ(msc.coast_num, coast_cap);
+    EXPECT_EQ(std::count(coast_lat, coast_lat + coast_cap, 33.5f) + std::count(coast_lon, coast_lon + coast_cap, -118.5f),
+              2 * coast_cap);
     write_file("additional nav data/coastlines/+030-120.cst", pairs + "34 -119\n");
     open_error_log(1);
     const std::string log = err_path;

@@ -1,10 +1,11 @@
 #include "world_fixture.h"
+#include "app/Navaids.h"
 #include "hl/Hl_graph.h"
 
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <unistd.h>
 
 void WorldTest::SetUp()
@@ -37,6 +38,7 @@ void WorldTest::SetUp()
     mnw.mouse_x = mnw.mouse_y = -50;
     mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
     g_cs_input[0] = 0;   // the edit line empty
+    nav_list_type = 2;   // the navaid screen on its first kind
     to_array = 0;
     std::filesystem::create_directories(root + "additional nav data/Earth/+030-120/");
 }
@@ -63,9 +65,7 @@ void WorldTest::write_file(const std::string& relative, const std::string& bytes
 std::string WorldTest::read_file(const std::string& relative)
 {
     std::ifstream in(root + relative, std::ios::binary);
-    std::stringstream all;
-    all << in.rdbuf();
-    return all.str();
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 std::string WorldTest::last_log_line()

@@ -5,10 +5,10 @@
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
 
-#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <string>
-#include <sys/stat.h>
 #include <unistd.h>
 
 static std::string folder;
@@ -24,31 +24,20 @@ static int end_input_at_fatal(const char*, const char*, const char*, const char*
     return 1;
 }
 
-static void remove_folder() { std::system(("rm -rf '" + folder + "'").c_str()); }
-
-static void make_folders_for(const std::string& path)
-{
-    for (size_t k = 1; k < path.size(); k++)
-        if (path[k] == '/') mkdir(path.substr(0, k).c_str(), 0755);
-}
-
 // The folders the readers look in, under a temporary folder on a memory file
 // system where there is one.
 static void set_up_once()
 {
-    char name[] = "/dev/shm/tf_fuzz_XXXXXX";
-    char fallback[] = "/tmp/tf_fuzz_XXXXXX";
+    char name[] = "/dev/shm/tf_fuzz_XXXXXX", fallback[] = "/tmp/tf_fuzz_XXXXXX";
     const char* made = mkdtemp(name);
-    if (!made) made = mkdtemp(fallback);
-    if (!made) std::abort();
+    if (!made && !(made = mkdtemp(fallback))) std::abort();
     folder = std::string(made) + "/";
-    std::atexit(remove_folder);
+    std::atexit([] { std::error_code ignored; std::filesystem::remove_all(folder, ignored); });
     C_to_C(folder.c_str(), app_path);
     C_plus_C(app_path, "additional nav data/custom terrain textures/", ter_path);
-    make_folders_for(folder + "additional nav data/Earth/+030-120/");
-    make_folders_for(folder + "additional nav data/coastlines/");
-    make_folders_for(folder + "additional nav data/custom terrain textures/");
-    make_folders_for(folder + "Norsuite Resources/menus/");
+    for (const char* sub : {"additional nav data/Earth/+030-120/", "additional nav data/coastlines/",
+                            "additional nav data/custom terrain textures/", "Norsuite Resources/menus/"})
+        std::filesystem::create_directories(folder + sub);
     err.open("/dev/null");   // the alert log
     alert_watcher = end_input_at_fatal;
     fill_constants();
@@ -60,10 +49,8 @@ const char* fuzz_folder() { return folder.c_str(); }
 
 static void write_input(const std::string& path, const uint8_t* data, size_t size)
 {
-    FILE* f = std::fopen(path.c_str(), "wb");
-    if (!f) std::abort();
-    if (size && std::fwrite(data, 1, size, f) != size) std::abort();
-    std::fclose(f);
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    if (!out.write((const char*)data, (std::streamsize)size)) std::abort();
 }
 
 int fuzz_reader(const char* file, const uint8_t* data, size_t size, void (*read)())

@@ -20,6 +20,7 @@
 #include <cmath>
 #include <fcntl.h>
 #include <functional>
+#include <iterator>
 #include <signal.h>
 #include <sstream>
 #include <sys/wait.h>
@@ -53,9 +54,7 @@ inline std::string in_dir(const std::string& rel) { return run.dir + "/" + rel; 
 inline std::string file_text(const std::string& rel)
 {
     std::ifstream in(in_dir(rel), std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 inline std::string output_of(const std::string& cmd)

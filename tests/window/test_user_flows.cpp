@@ -47,18 +47,17 @@ pixels lat_digits()
     return grab(ter_lat_spinner.x, ter_lat_spinner.y - 14, spinner_end(ter_lat_spinner), ter_lat_spinner.y + 20);
 }
 
+// A click in the middle of the lamp 10 units square from (x, y) lights it.
+void light_lamp(float x, float y)
+{
+    ASSERT_TRUE(changes([=] { click_on_map(x + 5, y + 5); }, x, y, x + 9, y + 9)) << "the lamp at " << x << "," << y;
+}
 void choose_tool(int tool)
 {
-    ASSERT_TRUE(changes([=] { click_on_map(ter_tool_lamp_x + 5, ter_tool_lamp_y[tool] + 5); }, ter_tool_lamp_x,
-                        ter_tool_lamp_y[tool], ter_tool_lamp_x + 9, ter_tool_lamp_y[tool] + 9))
-        << "tool lamp " << tool << " did not light";
+    light_lamp(ter_tool_lamp_x, ter_tool_lamp_y[tool]);
     park();
 }
-void obstacle_tool(int k)
-{
-    const float y = obs_tool_lamp_y[k];
-    ASSERT_TRUE(changes([&] { click_on_map(obs_tool_lamp_x + 5, y + 5); }, 10, y, 19, y + 9)) << "lamp " << k;
-}
+void obstacle_tool(int k) { light_lamp(obs_tool_lamp_x, obs_tool_lamp_y[k]); }
 
 // The units digit of the latitude spinner: its upper half steps north, the lower half south.
 void step_latitude(int sign) { click_on_map(ter_lat_spinner.x + 15, ter_lat_spinner.y + (sign > 0 ? 12 : -6)); }
@@ -140,8 +139,6 @@ TEST_F(Flows, TheTerrainJob)
 {
     start_program();
     ASSERT_TRUE(screen_ready());
-    const window_box b = box_of_window();
-    EXPECT_TRUE(b.x == 0 && b.y == 0 && b.w == 800 && b.h == 600) << b.x << " " << b.y << " " << b.w;
     park();
     EXPECT_EQ(off_panel(700, 60, 790, 520), 0);   // the panel east of the tile, as staged
     for (unsigned long p : grab(200, 200, 260, 260)) ASSERT_EQ(p, colour(col_water));   // the sea west of the island
@@ -292,10 +289,7 @@ TEST_F(Flows, NewAirportAndGlideslopeAreSaved)
     quit();   // saved: the quit asks nothing
     const std::vector<std::string> lines = lines_from(file_text(apt_path), "Newfield", 4);
     ASSERT_EQ(lines.size(), 4u);
-    std::istringstream head(lines[0]);
-    std::string code, elev, twr, bld, id, name;
-    head >> code >> elev >> twr >> bld >> id >> name;
-    EXPECT_EQ(code + " " + elev + " " + twr + " " + bld + " " + id + " " + name, "1 0 0 0 0000 Newfield");
+    EXPECT_EQ(lines[0], "1      0 0 0 0000 Newfield\r");   // in its columns, as the database test has them
     // Two new runways of 2000 by 100, then the airport that was first.
     EXPECT_EQ(lines[1].substr(0, 2), "10");
     EXPECT_NE(lines[1].find(" 2000 "), std::string::npos) << lines[1];
@@ -318,10 +312,9 @@ TEST_F(Flows, NewAirportAndGlideslopeAreSaved)
     const std::vector<std::string> gs = lines_from(nav, "Test GS", 1);
     ASSERT_EQ(gs.size(), 1u);
     std::istringstream fields(gs[0]);
-    std::string type, lat, lon, el, frq, hdng;
-    fields >> type >> lat >> lon >> el >> frq >> hdng;
-    EXPECT_EQ(type, "6");
-    EXPECT_EQ(std::stof(hdng), 300000.0f);   // slope 3.00, heading 0
+    std::string type, skip, hdng;
+    fields >> type >> skip >> skip >> skip >> skip >> hdng;
+    EXPECT_EQ(type + " " + hdng, "6 300000.00");   // slope 3.00, heading 0
     // It stands behind the sample's other glideslopes, ahead of the next kind.
     const size_t at = nav.find("Test GS");
     EXPECT_NE(nav.rfind("GS 25L", at), std::string::npos);
