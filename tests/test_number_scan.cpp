@@ -70,6 +70,10 @@ TEST(NumberScan, CraftedCasesMatchTheStream)
         expect_same_float(text);
         expect_same_int(text);
     }
+    // Longer than the scanner holds in place.
+    for (const std::string& text : {"0." + std::string(70, '0') + "15e71 3", std::string(66, '9') + "e-60",
+                                    "-" + std::string(80, '0') + "2.5", std::string(70, '7')})
+        expect_same_float(text);
 }
 
 TEST(NumberScan, RandomTextAndWrittenFieldsMatchTheStream)

@@ -62,3 +62,21 @@ TEST_F(Scanner, RestOfLineInAllThreeLineEnds)
         EXPECT_EQ(intscan("n"), 3);
     }
 }
+
+// CR LF pairs read as LF, with lone CRs inside lines and after a pair: the
+// same lines read from both files.
+TEST_F(Scanner, CrLfPairsAmongLoneCrsReadAsTheirLfFile)
+{
+    const std::string lf = "I\n1 head\nab\rcd\n\r\rx\n\ry\n7\n";
+    std::string crlf;
+    for (char c : lf) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    std::string read[2];
+    for (int k = 0; k < 2; k++) {
+        ASSERT_EQ(open_text(k ? crlf : lf), 1);
+        char line[40];
+        for (int n = 0; n < 3; n++) strscan(line, "n", 40), read[k] += std::string(line) + "|";
+        read[k] += std::to_string(intscan("n"));
+    }
+    EXPECT_EQ(read[1], read[0]);
+    EXPECT_EQ(read[0].substr(read[0].size() - 2), "|7");
+}
