@@ -20,12 +20,13 @@
 #include <cstring>
 
 // A symbol's pixels are taken in a cell of 64 by 64 about its own pixel, the
-// symbol's place at column and row 32; the mask has a margin of 64 pixels
-// about the box so that no stamp needs a bound check.
-const int cell = 64, centre = 32, margin = 64;
+// symbol's place at column and row 28, so that a row of the cell shifted by
+// up to 7 bits still fits one 64-bit word; the mask has a margin of 64
+// pixels about the box so that no stamp needs a bound check.
+const int cell = 64, centre = 28, margin = 64;
 const int kinds = 9;
 const int shape_area_tex = 701;   // what the shapes were drawn over, put back after
-const float largest_scale = 7;   // a symbol 4 units either side still fits its cell
+const float largest_scale = 6;   // a symbol 4 units either side still fits the cell's first 56 columns
 const int mask_bytes_wide = ((int)(627 * largest_scale) + 2 * margin + 63) / 64 * 8;
 const int mask_rows = (int)(573 * largest_scale) + 2 * margin;
 
@@ -99,11 +100,11 @@ int stamps_begin(const int box[4])
 
 // The mask's bit of column c is bit c % 8 of byte c / 8 (sent least
 // significant first), so that a row of a shape, shifted, lands in one
-// little-endian word and the byte after it.
+// little-endian word.
 static void stamp(int kind, int px, int py)
 {
     const int col = px - box_x + margin - centre, row = py - box_y + margin - centre;
-    if (!intrange(kind, 0, kinds - 1) || !intrange(col, 0, mask_w - cell - 8) || !intrange(row, 0, mask_h - cell)) return;
+    if (!intrange(kind, 0, kinds - 1) || !intrange(col, 0, mask_w - cell) || !intrange(row, 0, mask_h - cell)) return;
     const int stride = mask_w / 8, shift = col % 8;
     unsigned char* at = mask + (size_t)row * stride + col / 8;
     for (int r = shapes.low[kind]; r <= shapes.high[kind]; r++) {
@@ -113,7 +114,6 @@ static void stamp(int kind, int px, int py)
         std::memcpy(&word, p, 8);
         word |= bits << shift;
         std::memcpy(p, &word, 8);
-        if (shift) p[8] |= (unsigned char)(bits >> (64 - shift));
     }
 }
 

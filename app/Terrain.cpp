@@ -423,9 +423,22 @@ static void fill_squares()
     moved_count = 0;
 }
 
+// The squares are filled when first asked for after a whole drawing, not by
+// the drawing itself: while the view changes from frame to frame, the
+// selected obstacle drawn on top in the same frame as the map walks the
+// table instead, which costs less than filling the squares.
+static int squares_filled;
+
+static void fill_squares_once()
+{
+    if (!squares_filled) fill_squares();
+    squares_filled = 1;
+}
+
 // Obstacle n shows at a new place, or no longer.
 static void note_moved(int n)
 {
+    if (!squares_filled) return;
     if (moved_count == moved_cap) fill_squares();
     else moved[moved_count++] = n;
 }
@@ -454,21 +467,22 @@ static void draw_obstacles(int left_out)
         OGL_pixel_space_end();
         OGL_batch_end();
     }
-    fill_squares();
+    squares_filled = 0;
 }
 
 static int shown_in(const canvas_area& area, int n) { return shown[n] && symbol_reaches(&area, shown_x[n], shown_y[n]); }
 
 // The obstacles of the picture from slot first on that reach into the area;
-// the whole table is walked for a large area. All of them are white (the
+// the whole table is walked for a large area, or when asked to. All of them are white (the
 // selected one is not in the picture), so their order does not show, and
 // one found twice is drawn twice to the same pixels.
-static int obstacles_in(const canvas_area& area, int first, int* found)
+static int obstacles_in(const canvas_area& area, int first, int walk, int* found)
 {
     const int c1 = square_col(area.x1 - symbol_reach_x), c2 = square_col(area.x2 + symbol_reach_x);
     const int r1 = square_row(area.y1 - symbol_reach_y), r2 = square_row(area.y2 + symbol_reach_y);
     int count = 0;
-    if ((c2 - c1 + 1) * (r2 - r1 + 1) > square_count / 8) {
+    if (!walk) fill_squares_once();
+    if (walk || (c2 - c1 + 1) * (r2 - r1 + 1) > square_count / 8) {
         for (int n = first; n < obj_cap; n++)
             if (shown_in(area, n)) found[count++] = n;
         return count;
@@ -482,10 +496,10 @@ static int obstacles_in(const canvas_area& area, int first, int* found)
     return count;
 }
 
-static void draw_obstacles_in(const canvas_area& area, int first)
+static void draw_obstacles_in(const canvas_area& area, int first, int walk)
 {
     static int found[obj_cap + moved_cap];
-    const int count = obstacles_in(area, first, found);
+    const int count = obstacles_in(area, first, walk, found);
     OGL_batch_begin();
     for (int k = 0; k < count; k++)
         plot_obstacle_symbol(obj_type[found[k]], obstacle_colour(found[k]), shown_x[found[k]], shown_y[found[k]]);
@@ -528,7 +542,7 @@ static void draw_map(const canvas_area* area, int left_out, float low, float hig
     draw_runways(area);
     draw_selected_vertex();
     if (area) {
-        draw_obstacles_in(*area, 0);
+        draw_obstacles_in(*area, 0, 0);
         draw_coast_in(*area);
     } else {
         draw_obstacles(left_out);
@@ -872,8 +886,8 @@ static void draw_whole(const map_view& v)
 }
 
 // The selected obstacle in this frame's colour, then again what the whole
-// drawing puts over it.
-static void draw_selected_on_top()
+// drawing puts over it; just_drawn when the map was drawn whole this frame.
+static void draw_selected_on_top(int just_drawn)
 {
     const int sel = msc.obj_sel;
     float x, y;
@@ -883,7 +897,7 @@ static void draw_selected_on_top()
     OGL_batch_end();
     canvas_area a = no_area;
     widen(&a, x, y, symbol_reach_x + pixel_margin(), symbol_reach_y + pixel_margin());
-    draw_obstacles_in(a, sel + 1);
+    draw_obstacles_in(a, sel + 1, just_drawn);
     draw_coast_in(a);
 }
 
@@ -893,12 +907,13 @@ void plot_TF_terrain()
     const map_view v = view_now();
     OGL_scissors(map_x1, map_y1, map_x2 - map_x1, map_y2 - map_y1);
     canvas_area dirty = no_area;
-    if (picture_usable(v) && grid_changes(&dirty) && obstacle_changes(&dirty)) {
+    const int kept = picture_usable(v) && grid_changes(&dirty) && obstacle_changes(&dirty);
+    if (kept) {
         show_map_picture(v.box);
         if (!area_empty(dirty)) redraw_area(dirty, v.box);
     } else {
         draw_whole(v);
     }
-    if (picture.valid) draw_selected_on_top();
+    if (picture.valid) draw_selected_on_top(!kept);
     OGL_scissors_end();
 }
