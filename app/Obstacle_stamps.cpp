@@ -15,7 +15,6 @@
 
 #include <GL/gl.h>
 
-#include <cmath>
 #include <cstdint>
 #include <cstring>
 
@@ -27,11 +26,11 @@ const int cell = 64, centre = 28, margin = 64;
 const int kinds = 9;
 const int shape_area_tex = 701;   // what the shapes were drawn over, put back after
 const float largest_scale = 6;   // a symbol 4 units either side still fits the cell's first 56 columns
-const int mask_bytes_wide = ((int)(627 * largest_scale) + 2 * margin + 63) / 64 * 8;
-const int mask_rows = (int)(573 * largest_scale) + 2 * margin;
+const int mask_bytes_wide = ((int)((map_x2 - map_x1) * largest_scale) + 2 * margin + 63) / 64 * 8;
+const int mask_rows = (int)((map_y2 - map_y1) * largest_scale) + 2 * margin;
 
 static struct {
-    float scale_x, scale_y;    // the scale they were taken at; 0 before
+    float pixels_x, pixels_y;  // the pixels a canvas unit they were taken at; 0 before
     uint64_t rows[kinds][cell];   // bit c is column c of the cell, row 0 its bottom
     int low[kinds], high[kinds];  // the rows with any pixel; low > high for none
 } shapes;
@@ -80,16 +79,16 @@ static void take_shapes(const int box[4])
         }
         q += symbol_kind(k);
     }
-    shapes.scale_x = mnw.scale_x;
-    shapes.scale_y = mnw.scale_y;
+    shapes.pixels_x = flat_view.pixels_x;
+    shapes.pixels_y = flat_view.pixels_y;
 }
 
 int stamps_begin(const int box[4])
 {
-    if (mnw.scale_x > largest_scale || mnw.scale_y > largest_scale) return 0;
+    if (flat_view.pixels_x > largest_scale || flat_view.pixels_y > largest_scale) return 0;
     if (box[2] < 3 * cell || box[3] < 2 * cell) return 0;
     if (box[2] + 2 * margin > mask_bytes_wide * 8 || box[3] + 2 * margin > mask_rows) return 0;
-    if (shapes.scale_x != mnw.scale_x || shapes.scale_y != mnw.scale_y) take_shapes(box);
+    if (shapes.pixels_x != flat_view.pixels_x || shapes.pixels_y != flat_view.pixels_y) take_shapes(box);
     mask_w = (box[2] + 2 * margin + 63) / 64 * 64;
     mask_h = box[3] + 2 * margin;
     box_x = box[0];

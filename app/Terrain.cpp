@@ -473,9 +473,9 @@ static void draw_obstacles(int left_out)
 static int shown_in(const canvas_area& area, int n) { return shown[n] && symbol_reaches(&area, shown_x[n], shown_y[n]); }
 
 // The obstacles of the picture from slot first on that reach into the area;
-// the whole table is walked for a large area, or when asked to. All of them are white (the
-// selected one is not in the picture), so their order does not show, and
-// one found twice is drawn twice to the same pixels.
+// the whole table is walked for a large area, or when asked to. All of them
+// are white (the selected one is not in the picture), so their order does
+// not show, and one found twice is drawn twice to the same pixels.
 static int obstacles_in(const canvas_area& area, int first, int walk, int* found)
 {
     const int c1 = square_col(area.x1 - symbol_reach_x), c2 = square_col(area.x2 + symbol_reach_x);
