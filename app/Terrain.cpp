@@ -134,10 +134,16 @@ int water_cell_colour(int i, int j)
     return uneven ? col_light_blue : col_dark_blue;
 }
 
-static void land_cell_colour(int i, int j, float low, float high)
+// The shade of a land cell, from its mean height within the tile's range.
+static float land_cell_shade(int i, int j, float low, float high)
 {
     float a = (planey[i][j] + planey[i][j + 1] + planey[i + 1][j] + planey[i + 1][j + 1]) * 0.25f;
-    float f = (a - low) / (high - low);
+    return (a - low) / (high - low);
+}
+
+static void land_cell_colour(int i, int j, float low, float high)
+{
+    const float f = land_cell_shade(i, j, low, high);
     OGL_setcolorRGBA(0.2f * f, 0.8f * f, 0.2f * f, 1.0f, 1);
 }
 
@@ -147,10 +153,80 @@ static void cell_vertex(int i, int j, int di, int dj, int textured)
     glVertex2f(flt_plotx[i + di][j + dj], flt_ploty[i + di][j + dj]);
 }
 
+// The cells as quads in arrays: the corners' places, and their texture
+// places or their colour (as OGL_setcolorRGBA and OGL_setcolorINDEX send it).
+const int ground_corners = (grid_ni - 1) * (grid_nj - 1) * 4;
+static float ground_xy[ground_corners][2], ground_st[ground_corners][2], ground_rgba[ground_corners][4];
+
+static void ground_corner(int k, int i, int j, int di, int dj, const float rgba[4])
+{
+    ground_xy[k][0] = flt_plotx[i + di][j + dj];
+    ground_xy[k][1] = flt_ploty[i + di][j + dj];
+    ground_st[k][0] = planest[i][j][di][dj][0];
+    ground_st[k][1] = planest[i][j][di][dj][1];
+    for (int c = 0; c < 4; c++) ground_rgba[k][c] = rgba[c];
+}
+
+static void cell_rgba(int i, int j, float low, float high, float rgba[4])
+{
+    rgba[3] = 1.0f;
+    if (is_water[i][j]) {
+        opaque_rgb(water_cell_colour(i, j), rgba);
+        return;
+    }
+    const float f = land_cell_shade(i, j, low, high);
+    rgba[0] = 0.2f * f * rgb_gload;
+    rgba[1] = 0.8f * f * rgb_gload;
+    rgba[2] = 0.2f * f * rgb_gload;
+}
+
+static void draw_ground_quads(int first, int count, int textured)
+{
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glEnableClientState(textured ? GL_TEXTURE_COORD_ARRAY : GL_COLOR_ARRAY);
+    glVertexPointer(2, GL_FLOAT, 0, ground_xy);
+    if (textured) glTexCoordPointer(2, GL_FLOAT, 0, ground_st);
+    else glColorPointer(4, GL_FLOAT, 0, ground_rgba);
+    glDrawArrays(GL_QUADS, first * 4, count * 4);
+    glDisableClientState(textured ? GL_TEXTURE_COORD_ARRAY : GL_COLOR_ARRAY);
+    glDisableClientState(GL_VERTEX_ARRAY);
+}
+
+// The ground from arrays: the same quads in the same order as one at a time,
+// in one call for each run of one texture, or in one call flat.
+static void draw_ground_arrays(const canvas_area* area, float low, float high)
+{
+    const int textured = msc.show_tex != 0;
+    int cells = 0, run_start = 0, run_tex = -1;
+    for (int i = 0; i < grid_i; i++)
+        for (int j = 0; j < grid_j; j++) {
+            if (!cell_reaches(area, i, j)) continue;
+            if (textured && (int)planetex[i][j] != run_tex) {
+                if (cells > run_start) draw_ground_quads(run_start, cells - run_start, 1);
+                run_start = cells;
+                run_tex = (int)planetex[i][j];
+                OGL_bindtex(run_tex);
+            }
+            float rgba[4] = {1, 1, 1, 1};
+            if (!textured) cell_rgba(i, j, low, high, rgba);
+            const int k = cells++ * 4;
+            ground_corner(k, i, j, 0, 0, rgba);
+            ground_corner(k + 1, i, j, 0, 1, rgba);
+            ground_corner(k + 2, i, j, 1, 1, rgba);
+            ground_corner(k + 3, i, j, 1, 0, rgba);
+        }
+    if (cells > run_start) draw_ground_quads(run_start, cells - run_start, textured);
+}
+
 // Textured, a run of quads ends where the texture changes, since no texture
-// may be bound inside one.
+// may be bound inside one. With batches on, the same quads go out from arrays.
 static void draw_ground(const canvas_area* area, float low, float high)
 {
+    if (gl_batching) {
+        OGL_flush();
+        draw_ground_arrays(area, low, high);
+        return;
+    }
     int textured = msc.show_tex != 0;
     int run_tex = -1;
     glBegin(GL_QUADS);

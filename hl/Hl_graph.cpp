@@ -295,7 +295,7 @@ void OGL_batch_end()
 }
 
 // The colour as OGL_setcolorINDEX sends it for an opaque primitive.
-static void opaque_rgb(int col, float rgb[3])
+void opaque_rgb(int col, float rgb[3])
 {
     const float f[3] = {r_manual_lighting, g_manual_lighting, b_manual_lighting};
     for (int k = 0; k < 3; k++) rgb[k] = col < 50 ? col_rgb[col][k] * f[k] : col_rgb[col][k];

@@ -68,6 +68,7 @@ void OGL_bindtex(int id);
 void OGL_pixels_to_texels(int tex, const int box[4], int make_w, int make_h);
 void OGL_texels_to_pixels(int tex, const int box[4], float s, float t);
 void OGL_setcolorINDEX(int col, float alpha);
+void opaque_rgb(int col, float rgb[3]);   // colour col as OGL_setcolorINDEX sends it at alpha 1
 void OGL_setcolorRGBA(float r, float g, float b, float alpha, int skip_lighting);
 void OGL_assigncolor(int col, float r, float g, float b);
 void OGL_assign_colortable();          // every fixed entry; the pulsing ones stay as they are
