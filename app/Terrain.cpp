@@ -559,8 +559,14 @@ static int obstacles_in(const canvas_area& area, int first, int walk, int* found
     int count = 0;
     if (!walk) fill_squares_once();
     if (walk || (c2 - c1 + 1) * (r2 - r1 + 1) > square_count / 8) {
-        for (int n = first; n < obj_cap; n++)
-            if (shown_in(area, n)) found[count++] = n;
+        // Every slot is written and the count moves on past those that
+        // reach: no branch to mispredict over the whole table.
+        const float rx = symbol_reach_x, ry = symbol_reach_y;
+        for (int n = first; n < obj_cap; n++) {
+            const float x = shown_x[n], y = shown_y[n];
+            found[count] = n;
+            count += shown[n] & (x + rx >= area.x1) & (x - rx <= area.x2) & (y + ry >= area.y1) & (y - ry <= area.y2);
+        }
         return count;
     }
     for (int r = r1; r <= r2; r++)
