@@ -116,8 +116,8 @@ void OGL_viewport(int mode, float left, float bottom, float right, float top,
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
     if (mode == 2) {
-        glOrtho(left / zoom, right / zoom, bottom / zoom, top / zoom, -1.0, 1.0);
         const float x1 = left / zoom, y1 = bottom / zoom, x2 = right / zoom, y2 = top / zoom;
+        glOrtho(x1, x2, y1, y2, -1.0, 1.0);
         flat_view = {x1, y1, pw / (x2 - x1), ph / (y2 - y1), (x2 - x1) / pw, (y2 - y1) / ph, px, py};
     }
     if (mode == 3)
@@ -127,7 +127,6 @@ void OGL_viewport(int mode, float left, float bottom, float right, float top,
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
 }
-
 
 // ---- pixels kept in a texture ------------------------------------------------------------------
 
