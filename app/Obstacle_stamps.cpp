@@ -32,7 +32,7 @@ const int mask_rows = (int)((map_y2 - map_y1) * largest_scale) + 2 * margin;
 static struct {
     float pixels_x, pixels_y;  // the pixels a canvas unit they were taken at; 0 before
     uint64_t rows[kinds][cell];   // bit c is column c of the cell, row 0 its bottom
-    int low[kinds], high[kinds];  // the rows with any pixel; low > high for none
+    int low, high;                // the rows with a pixel of any kind; low > high for none
 } shapes;
 
 static unsigned char mask[mask_rows * mask_bytes_wide];
@@ -64,9 +64,9 @@ static void take_shapes(const int box[4])
     glReadPixels(box[0], box[1], 3 * cell, 2 * cell, GL_RGB, GL_UNSIGNED_BYTE, pixels);
     OGL_texels_to_pixels(shape_area_tex, area, 0.75f, 1.0f);
     glScissor(box[0], box[1], box[2], box[3]);
+    shapes.low = cell;
+    shapes.high = -1;
     for (int k = 0, q = 0; k < kinds; k++) {
-        shapes.low[k] = cell;
-        shapes.high[k] = -1;
         for (int r = 0; r < cell; r++) {
             uint64_t bits = 0;
             for (int c = 0; symbol_kind(k) && c < cell; c++) {
@@ -74,8 +74,8 @@ static void take_shapes(const int box[4])
                 if (p[0] | p[1] | p[2]) bits |= uint64_t(1) << c;
             }
             shapes.rows[k][r] = bits;
-            if (bits && r < shapes.low[k]) shapes.low[k] = r;
-            if (bits) shapes.high[k] = r;
+            if (bits && r < shapes.low) shapes.low = r;
+            if (bits && r > shapes.high) shapes.high = r;
         }
         q += symbol_kind(k);
     }
@@ -99,14 +99,16 @@ int stamps_begin(const int box[4])
 
 // The mask's bit of column c is bit c % 8 of byte c / 8 (sent least
 // significant first), so that a row of a shape, shifted, lands in one
-// little-endian word.
+// little-endian word. Every kind is stamped over the same rows, those where
+// any kind has a pixel: a loop of the same length for each obstacle costs
+// less than a mispredicted end of the loop for each.
 static void stamp(int kind, int px, int py)
 {
     const int col = px - box_x + margin - centre, row = py - box_y + margin - centre;
     if (!intrange(kind, 0, kinds - 1) || !intrange(col, 0, mask_w - cell) || !intrange(row, 0, mask_h - cell)) return;
     const int stride = mask_w / 8, shift = col % 8;
     unsigned char* at = mask + (size_t)row * stride + col / 8;
-    for (int r = shapes.low[kind]; r <= shapes.high[kind]; r++) {
+    for (int r = shapes.low; r <= shapes.high; r++) {
         const uint64_t bits = shapes.rows[kind][r];
         unsigned char* p = at + (size_t)r * stride;
         uint64_t word;

@@ -10,10 +10,13 @@ float ret_y(float lat)
     return (lat - msc.map_dlat - msc.lat) * map_scale * msc.map_zoom + map_y1;
 }
 
-float ret_x(float lon, float lat)
+// With the cosine of the point's latitude already at hand.
+static float ret_x_cos(float lon, float cos_lat)
 {
-    return (lon - msc.map_dlon - msc.lon) * map_scale * msc.map_zoom * std::cos(lat * con.deg_to_rad) + map_x1;
+    return (lon - msc.map_dlon - msc.lon) * map_scale * msc.map_zoom * cos_lat + map_x1;
 }
+
+float ret_x(float lon, float lat) { return ret_x_cos(lon, std::cos(lat * con.deg_to_rad)); }
 
 float ret_lat(float y)
 {
@@ -62,9 +65,33 @@ static void height_range(float* low, float* high)
     *high = highest + 1;
 }
 
+// The cosine of a latitude, kept with the latitude it was taken for (bit for
+// bit): every whole drawing places all vertices and coast dots again, and
+// their latitudes seldom change. A kept latitude starts as a NaN pattern
+// that no latitude matches.
+static float kept_cos(float lat, float* kept_lat, float* kept)
+{
+    if (std::memcmp(kept_lat, &lat, sizeof lat) != 0) {
+        *kept = std::cos(lat * con.deg_to_rad);
+        *kept_lat = lat;
+    }
+    return *kept;
+}
+
+template <typename T>
+static void forget_kept_lats(T& kept_lats, int* started)
+{
+    if (!*started) std::memset(kept_lats, 0xff, sizeof kept_lats);
+    *started = 1;
+}
+
+static float vertex_cos[grid_ni][grid_nj], vertex_cos_lat[grid_ni][grid_nj];
+
 static void place_vertex(int i, int j)
 {
-    flt_plotx[i][j] = ret_x(planelon[i][j], planelat[i][j]);
+    static int started;
+    forget_kept_lats(vertex_cos_lat, &started);
+    flt_plotx[i][j] = ret_x_cos(planelon[i][j], kept_cos(planelat[i][j], &vertex_cos_lat[i][j], &vertex_cos[i][j]));
     flt_ploty[i][j] = ret_y(planelat[i][j]);
 }
 
@@ -421,13 +448,17 @@ static float obj_cos[obj_cap], obj_cos_lat[obj_cap];
 static void refresh_obstacle_cos(int first, int end)
 {
     static int started;
-    if (!started) std::memset(obj_cos_lat, 0xff, sizeof obj_cos_lat);
-    started = 1;
-    for (int n = first; n < end; n++) {
-        if (std::memcmp(&obj_cos_lat[n], &obj_lat[n], sizeof(float)) == 0) continue;
-        obj_cos[n] = std::cos(obj_lat[n] * con.deg_to_rad);
-        obj_cos_lat[n] = obj_lat[n];
-    }
+    forget_kept_lats(obj_cos_lat, &started);
+    for (int n = first; n < end; n++) kept_cos(obj_lat[n], &obj_cos_lat[n], &obj_cos[n]);
+}
+
+static float coast_cos[coast_cap], coast_cos_lat[coast_cap];
+
+static float coast_x(int n)
+{
+    static int started;
+    forget_kept_lats(coast_cos_lat, &started);
+    return ret_x_cos(coast_lon[n], kept_cos(coast_lat[n], &coast_cos_lat[n], &coast_cos[n]));
 }
 
 // The numbers of the projection for a run of obstacles, as ret_x and ret_y take them.
@@ -559,14 +590,15 @@ static int obstacles_in(const canvas_area& area, int first, int walk, int* found
     int count = 0;
     if (!walk) fill_squares_once();
     if (walk || (c2 - c1 + 1) * (r2 - r1 + 1) > square_count / 8) {
-        // Every slot is written and the count moves on past those that
-        // reach: no branch to mispredict over the whole table.
+        // Which slots reach, worked out in vectors, then the few that do.
+        static unsigned char hit[obj_cap];
         const float rx = symbol_reach_x, ry = symbol_reach_y;
         for (int n = first; n < obj_cap; n++) {
             const float x = shown_x[n], y = shown_y[n];
-            found[count] = n;
-            count += shown[n] & (x + rx >= area.x1) & (x - rx <= area.x2) & (y + ry >= area.y1) & (y - ry <= area.y2);
+            hit[n] = shown[n] & (x + rx >= area.x1) & (x - rx <= area.x2) & (y + ry >= area.y1) & (y - ry <= area.y2);
         }
+        for (int n = first; n < obj_cap; n++)
+            if (hit[n]) found[count++] = n;
         return count;
     }
     for (int r = r1; r <= r2; r++)
@@ -596,7 +628,7 @@ static void draw_coast_points(const int* which, int count)
     glBegin(GL_POINTS);
     for (int k = 0; k < count; k++) {
         const int n = which ? which[k] : k;
-        glVertex2f(ret_x(coast_lon[n], coast_lat[n]), ret_y(coast_lat[n]));
+        glVertex2f(coast_x(n), ret_y(coast_lat[n]));
     }
     glEnd();
     glPointSize(1.0f);
@@ -609,7 +641,7 @@ static void draw_coast_in(const canvas_area& area)
     const float r = msc.map_zoom * 0.5f * pixel_margin();
     int count = 0;
     for (int n = 0; n < msc.coast_num && n < coast_cap; n++) {
-        const float x = ret_x(coast_lon[n], coast_lat[n]), y = ret_y(coast_lat[n]);
+        const float x = coast_x(n), y = ret_y(coast_lat[n]);
         if (reaches(&area, x - r, y - r, x + r, y + r)) which[count++] = n;
     }
     if (count) draw_coast_points(which, count);
