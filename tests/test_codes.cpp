@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <cstring>
+#include <set>
 #include <string>
 
 namespace {
@@ -199,4 +201,36 @@ TEST_F(Derivation, SteepLandAwayFromWaterIsMountain)
     });
     EXPECT_EQ(planetex[39][39], 54u);
     EXPECT_NE(planetex[37][37], 54u);
+}
+
+// Each orientation lays the texture's four corners on the cell's four, each
+// once and neighbours on neighbours: the quarter turns follow one another,
+// the flips mirror the first in s or t, and the swap exchanges s and t.
+TEST(Codes, OrientationsAreTheSquaresTurnsAndMirrors)
+{
+    auto s = [](int o, int c) { return st_table[o][0][c % 4]; };
+    auto t = [](int o, int c) { return st_table[o][1][c % 4]; };
+    for (int o = 0; o < st_count; o++) {
+        std::set<std::pair<float, float>> corners;
+        for (int c = 0; c < 4; c++) {
+            corners.insert({s(o, c), t(o, c)});
+            EXPECT_EQ(std::fabs(s(o, c) - s(o, c + 1)) + std::fabs(t(o, c) - t(o, c + 1)), 1.0f) << o << " " << c;
+        }
+        EXPECT_EQ(corners, (std::set<std::pair<float, float>>{{0, 0}, {0, 1}, {1, 1}, {1, 0}})) << "orientation " << o;
+    }
+    for (int c = 0; c < 4; c++) {
+        const float own[4][2] = {{0, 0}, {0, 1}, {1, 1}, {1, 0}};   // the first as the cell's SW, NW, NE, SE
+        EXPECT_EQ(s(st_r0, c), own[c][0]);
+        EXPECT_EQ(t(st_r0, c), own[c][1]);
+        for (int o = st_r0; o < st_r3; o++) {
+            EXPECT_EQ(s(o + 1, c + 1), s(o, c));
+            EXPECT_EQ(t(o + 1, c + 1), t(o, c));
+        }
+        EXPECT_EQ(s(st_flip_t, c), s(st_r0, c));
+        EXPECT_EQ(t(st_flip_t, c), 1 - t(st_r0, c));
+        EXPECT_EQ(s(st_flip_s, c), 1 - s(st_r0, c));
+        EXPECT_EQ(t(st_flip_s, c), t(st_r0, c));
+        EXPECT_EQ(s(st_swap, c), t(st_r0, c));
+        EXPECT_EQ(t(st_swap, c), s(st_r0, c));
+    }
 }

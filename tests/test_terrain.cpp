@@ -236,3 +236,18 @@ TEST_F(TerrainScreen, TextureListRowsAndScrolling)
     EXPECT_FLOAT_EQ(msc.lat, 34);
     EXPECT_EQ(tex_list_top, 0);
 }
+
+// A water cell is level while its three looked-at edges rise by at most half
+// a metre each; more on any one of them shows it in the light blue.
+TEST(WaterColour, LevelUpToHalfAMetreAlongEachEdge)
+{
+    const int dark = 16, light = 4;
+    const int i = 20, j = 30;
+    const int corner[4][2] = {{i, j}, {i, j + 1}, {i + 1, j + 1}, {i + 1, j}};   // SW, NW, NE, SE
+    for (int lifted = 0; lifted < 4; lifted++)
+        for (const float rise : {0.5f, 0.51f}) {
+            for (auto [ci, cj] : corner) planey[ci][cj] = 10;
+            planey[corner[lifted][0]][corner[lifted][1]] += rise;
+            EXPECT_EQ(water_cell_colour(i, j), rise > 0.5f ? light : dark) << "corner " << lifted << " by " << rise;
+        }
+}

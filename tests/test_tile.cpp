@@ -151,7 +151,13 @@ TEST_F(TileFile, MissingFileOrWrongHeadLaysABlankWaterTile)
     planey[3][3] = 99;
     is_water[3][3] = 0;
     msc.coast_num = 17;
+    // Left over from an earlier read: slot 0 in this tile goes, slot 1 outside it stays.
+    obj_type[0] = obj_type[1] = 2;
+    obj_lat[0] = -4.5f, obj_lon[0] = 12.5f;
+    obj_lat[1] = 33.5f, obj_lon[1] = -118.5f;
     read_terrain();
+    EXPECT_EQ(obj_type[0], 0);
+    EXPECT_EQ(obj_type[1], 2);
     EXPECT_FLOAT_EQ(planelat[0][79], -4.0f);
     EXPECT_FLOAT_EQ(planelon[59][0], 13.0f);
     EXPECT_FLOAT_EQ(planelat[10][40], interp(0, -5, 79, -4, 40, 1));
