@@ -143,6 +143,16 @@ TEST_F(DialogLoop, StripScrollsWhileHeldAnywhereRowsAreTenHighAndClicksBelowTheL
     EXPECT_EQ(after, (seen{"./ 60 61", "./ 60 61"}));
 }
 
+// Going up a level goes back the way into folders came, and no further than
+// the folder the dialog started in.
+TEST_F(DialogLoop, GoingUpStopsAtTheStartFolder)
+{
+    const float up_x = 150, up_y = 454;
+    EXPECT_EQ(run(win_open_dialog, {{'c', list_x, row0_y}, {'c', list_x, row0_y}, {'c', up_x, up_y}, {'c', up_x, up_y},
+                                    {'c', up_x, up_y}, {'c', cancel_x, cancel_y}}), 0);
+    EXPECT_EQ(after, (seen{"./Sub/ 0 2", "./Sub/Deeper/ 0 0", "./Sub/ 0 2", "./ 0 61", "./ 0 61"}));
+}
+
 // The save dialog takes the typed name with Return; a click on a file does
 // nothing there, while folders still open. An alert closed with Return over it
 // drops to window 0 in the middle of a frame: it ends with nothing taken.
