@@ -215,9 +215,12 @@ TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLi
     // The knob's face at the top of the strip for the first item, window y
     // 434 - 7, at the bottom for the last.
     EXPECT_EQ(written(67, 543, 485, 1, 1).size(), 1u);
-    // Its double bevel: two light columns on the left, two dark on the right.
+    // Its double bevel: two light columns on the left and rows on top, two
+    // dark columns on the right and rows at the bottom.
     EXPECT_EQ(written(65, 537, 481, 2, 8), rect_pixels(537, 481, 2, 8));
     EXPECT_EQ(written(69, 548, 481, 2, 8), rect_pixels(548, 481, 2, 8));
+    EXPECT_EQ(written(65, 539, 490, 9, 2), rect_pixels(539, 490, 9, 2));
+    EXPECT_EQ(written(69, 539, 479, 9, 2), rect_pixels(539, 479, 9, 2));
     draw(win_open_dialog, ftype_ter_tex, {{"Sub", 1}, {"a.bmp", 0}, {"zz", 1}}, 2);
     EXPECT_EQ(written(67, 543, 93, 1, 1).size(), 1u);
 
