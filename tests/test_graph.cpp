@@ -1,5 +1,6 @@
 // Drawing state and primitives, pixel by pixel on both targets: the back
 // buffer of the real window and the panel buffer rgb_array.
+#include "bitmap_files.h"
 #include "window_fixture.h"
 #include "app/Main.h"
 
@@ -103,6 +104,37 @@ TEST_F(GraphTest, PanelShowsWhatWasBakedPixelForPixel)
         for (int x = 0; x < canvas_w; x++) {
             const unsigned char *want = px_at(rgb_array, x, y), *got = px_at(shot.data(), x, y);
             wrong += want[3] ? std::memcmp(want, got, 3) != 0 : (got[0] | got[1] | got[2]) != 0;
+        }
+    EXPECT_EQ(wrong, 0);
+}
+
+// A 24-bit picture loaded as a texture holds the file's pixels, its first row
+// the file's bottom one. At three bytes a pixel, 512 by 1024 fits the loader's
+// scratch area of 1920000 bytes.
+TEST_F(GraphTest, TextureTexelsAreTheFilesPixels)
+{
+    const int w = 512, h = 1024;
+    auto pixel = [](int x, int y) { return bmp_rgb{(unsigned char)(x * 7 + 5), (unsigned char)(y * 3 + 9), (unsigned char)(x ^ y)}; };
+    const std::string folder = "/tmp/tf_texture_" + std::to_string(getpid()) + "/";
+    write_bytes(folder + "pic.BMP", bmp_bytes(w, h, pixel));
+    char kept_path[path_len];
+    C_to_C(app_path, kept_path);
+    C_to_C(folder.c_str(), app_path);
+    int width = 0, height = 0;
+    const int loaded = OGL_texbmp(-100, 61, 0, 0, "pic", &width, &height, 1.0f);
+    C_to_C(kept_path, app_path);
+    std::filesystem::remove_all(folder);
+    ASSERT_EQ(loaded, 1);
+    OGL_bindtex(61);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    std::vector<unsigned char> texels(w * h * 3);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, texels.data());
+    int wrong = 0;
+    for (int y = 0; y < h; y++)
+        for (int x = 0; x < w; x++) {
+            const bmp_rgb p = pixel(x, y);
+            const unsigned char* t = &texels[(y * w + x) * 3];
+            wrong += t[0] != p.r || t[1] != p.g || t[2] != p.b;
         }
     EXPECT_EQ(wrong, 0);
 }
