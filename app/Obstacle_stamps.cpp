@@ -25,9 +25,9 @@
 const int cell = 64, centre = 28, margin = 64;
 const int kinds = 9;
 const int shape_area_tex = 701;   // what the shapes were drawn over, put back after
-const float largest_scale = 6;   // a symbol 4 units either side still fits the cell's first 56 columns
-const int mask_bytes_wide = ((int)((map_x2 - map_x1) * largest_scale) + 2 * margin + 63) / 64 * 8;
-const int mask_rows = (int)((map_y2 - map_y1) * largest_scale) + 2 * margin;
+constexpr float largest_scale = 6;   // a symbol 4 units either side still fits the cell's first 56 columns
+constexpr int mask_bytes_wide = ((int)((map_x2 - map_x1) * largest_scale) + 2 * margin + 63) / 64 * 8;
+constexpr int mask_rows = (int)((map_y2 - map_y1) * largest_scale) + 2 * margin;
 
 static struct {
     float pixels_x, pixels_y;  // the pixels a canvas unit they were taken at; 0 before
