@@ -36,6 +36,7 @@ static std::vector<std::string> after;   // after[k]: what step k left
 static int overran;
 static long long fake_ms;
 static std::string start_folder;
+static int first_frame_items;   // the items the dialog's first frame draws
 
 // The frame's input into the platform's queue: the mouse moves to (x, y) before
 // its button goes down or up there.
@@ -60,6 +61,7 @@ static long long scripted_clock()
 {
     fake_ms += 20;
     const size_t k = clock_calls++;
+    if (k == 0) first_frame_items = g_num_items;
     if (k >= 1 && k - 1 < frames.size() && frames[k - 1].step_end) after.push_back(what_is_shown());
     if (k + 1 < frames.size()) feed(frames[k + 1]);
     if (k < frames.size()) return fake_ms;
@@ -144,13 +146,19 @@ TEST_F(DialogLoop, StripScrollsWhileHeldAnywhereRowsAreTenHighAndClicksBelowTheL
 }
 
 // Going up a level goes back the way into folders came, and no further than
-// the folder the dialog started in.
-TEST_F(DialogLoop, GoingUpStopsAtTheStartFolder)
+// the folder the dialog started in; a dialog opened again starts there, from
+// its first frame.
+TEST_F(DialogLoop, GoingUpStopsAtTheStartFolderWhereEveryDialogStarts)
 {
     const float up_x = 150, up_y = 454;
     EXPECT_EQ(run(win_open_dialog, {{'c', list_x, row0_y}, {'c', list_x, row0_y}, {'c', up_x, up_y}, {'c', up_x, up_y},
                                     {'c', up_x, up_y}, {'c', cancel_x, cancel_y}}), 0);
     EXPECT_EQ(after, (seen{"./Sub/ 0 2", "./Sub/Deeper/ 0 0", "./Sub/ 0 2", "./ 0 61", "./ 0 61"}));
+    // Left in zz, a dialog opened again shows the start folder from its first frame.
+    EXPECT_EQ(run(win_open_dialog, {{'c', strip_x, 34}, {'c', list_x, row0_y}, {'c', cancel_x, cancel_y}}), 0);
+    EXPECT_EQ(after.back().substr(0, 5), "./zz/");
+    run(win_open_dialog, {{'c', cancel_x, cancel_y}});
+    EXPECT_EQ(first_frame_items, 61);
 }
 
 // The save dialog takes the typed name with Return; a click on a file does
