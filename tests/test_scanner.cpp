@@ -3,6 +3,8 @@
 // cannot create its file: TileFile.SavingIntoAMissingFolderWarnsAndKeepsTheChanges.)
 #include "world_fixture.h"
 
+#include <cstring>
+
 class Scanner : public WorldTest {
 protected:
     char path[path_len];
@@ -79,4 +81,19 @@ TEST_F(Scanner, CrLfPairsAmongLoneCrsReadAsTheirLfFile)
     }
     EXPECT_EQ(read[1], read[0]);
     EXPECT_EQ(read[0].substr(read[0].size() - 2), "|7");
+}
+
+// A fixed field takes len - 1 columns after the blanks before it, drops one
+// more, and ends there whatever the buffer held before.
+TEST_F(Scanner, FixedFieldsTakeTheirColumnsAndEndThere)
+{
+    ASSERT_EQ(open_text("I\n1 head\n  ABCDxEFGH 7\n"), 1);
+    char field[8];
+    std::memset(field, '#', sizeof field);
+    wrdscan(field, "id", 5, 1);
+    EXPECT_STREQ(field, "ABCD");
+    std::memset(field, '#', sizeof field);
+    wrdscan(field, "id", 5, 1);
+    EXPECT_STREQ(field, "EFGH");
+    EXPECT_EQ(intscan("n"), 7);
 }
