@@ -102,12 +102,20 @@ TEST(Codes, TerrainCodeEncodesTheSValues)
             }
 }
 
-// Only digits make a number: the ids of the menu file go through these.
-TEST(Helpers, OnlyDigitsMakeANumber)
+// Only digits make a number (the ids of the menu file go through these), and
+// a number comes back as decimal text without leading zeros.
+TEST(Helpers, OnlyDigitsMakeANumberAndNumbersComeBackAsDigits)
 {
     EXPECT_EQ(str_is_int("-5"), 0);
     for (auto [text, value] : {std::pair{"", -1}, {"00042", 42}, {"123456", -1}, {"-5", -1}})
         EXPECT_EQ(str_to_int(text), value) << text;
+    // And back: no leading zeros, each number of digits at its first value.
+    char out[12];
+    for (auto [value, text] : {std::pair{0, "0"}, {-7, "-7"}, {10, "10"}, {100, "100"}, {1000, "1000"}, {10000, "10000"},
+                               {100000, "100000"}, {-999999, "-999999"}, {99999, "99999"}}) {
+        int_to_str(value, out);
+        EXPECT_STREQ(out, text);
+    }
 }
 
 // ---- derivation of the ground textures from the water flags ------------------------------------------
