@@ -109,11 +109,12 @@ TEST_F(GraphTest, PanelShowsWhatWasBakedPixelForPixel)
 }
 
 // A 24-bit picture loaded as a texture holds the file's pixels, its first row
-// the file's bottom one. At three bytes a pixel, 512 by 1024 fits the loader's
-// scratch area of 1920000 bytes.
+// the file's bottom one. At three bytes a pixel, 1024 by 512 fits the loader's
+// scratch area of 1920000 bytes, and a picture as large as the display's
+// textures allow keeps its size.
 TEST_F(GraphTest, TextureTexelsAreTheFilesPixels)
 {
-    const int w = 512, h = 1024;
+    const int w = 1024, h = 512;
     auto pixel = [](int x, int y) { return bmp_rgb{(unsigned char)(x * 7 + 5), (unsigned char)(y * 3 + 9), (unsigned char)(x ^ y)}; };
     const std::string folder = "/tmp/tf_texture_" + std::to_string(getpid()) + "/";
     write_bytes(folder + "pic.BMP", bmp_bytes(w, h, pixel));
@@ -121,7 +122,9 @@ TEST_F(GraphTest, TextureTexelsAreTheFilesPixels)
     C_to_C(app_path, kept_path);
     C_to_C(folder.c_str(), app_path);
     int width = 0, height = 0;
+    max_texture_size_override = 1024;
     const int loaded = OGL_texbmp(-100, 61, 0, 0, "pic", &width, &height, 1.0f);
+    max_texture_size_override = 0;
     C_to_C(kept_path, app_path);
     std::filesystem::remove_all(folder);
     ASSERT_EQ(loaded, 1);
@@ -137,4 +140,19 @@ TEST_F(GraphTest, TextureTexelsAreTheFilesPixels)
             wrong += t[0] != p.r || t[1] != p.g || t[2] != p.b;
         }
     EXPECT_EQ(wrong, 0);
+}
+
+// The terrain's stock textures, the first to the last, stop at their own edge
+// texels, so that no border colour seams the cells.
+TEST_F(GraphTest, TerrainTexturesStopAtTheirEdgeTexels)
+{
+    load_stock_textures();
+    for (int id : {50, 58}) {
+        OGL_bindtex(id);
+        GLint wrap_s = 0, wrap_t = 0;
+        glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, &wrap_s);
+        glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, &wrap_t);
+        EXPECT_EQ(wrap_s, GL_CLAMP_TO_EDGE) << id;
+        EXPECT_EQ(wrap_t, GL_CLAMP_TO_EDGE) << id;
+    }
 }
