@@ -6,6 +6,8 @@
 
 #include <SDL2/SDL.h>
 
+#include <array>
+
 using GraphTest = WindowTest;
 
 // The same drawing on both targets must light the same pixels.
@@ -114,32 +116,34 @@ TEST_F(GraphTest, PanelShowsWhatWasBakedPixelForPixel)
 // textures allow keeps its size.
 TEST_F(GraphTest, TextureTexelsAreTheFilesPixels)
 {
-    const int w = 1024, h = 512;
     auto pixel = [](int x, int y) { return bmp_rgb{(unsigned char)(x * 7 + 5), (unsigned char)(y * 3 + 9), (unsigned char)(x ^ y)}; };
     const std::string folder = "/tmp/tf_texture_" + std::to_string(getpid()) + "/";
-    write_bytes(folder + "pic.BMP", bmp_bytes(w, h, pixel));
     char kept_path[path_len];
     C_to_C(app_path, kept_path);
-    C_to_C(folder.c_str(), app_path);
-    int width = 0, height = 0;
-    max_texture_size_override = 1024;
-    const int loaded = OGL_texbmp(-100, 61, 0, 0, "pic", &width, &height, 1.0f);
-    max_texture_size_override = 0;
-    C_to_C(kept_path, app_path);
+    // The size, and the display's limit: as wide as it, then as wide and as high.
+    for (auto [w, h, limit] : {std::array{1024, 512, 1024}, std::array{64, 64, 64}}) {
+        write_bytes(folder + "pic.BMP", bmp_bytes(w, h, pixel));
+        C_to_C(folder.c_str(), app_path);
+        int width = 0, height = 0;
+        max_texture_size_override = limit;
+        const int loaded = OGL_texbmp(-100, 61, 0, 0, "pic", &width, &height, 1.0f);
+        max_texture_size_override = 0;
+        C_to_C(kept_path, app_path);
+        ASSERT_EQ(loaded, 1);
+        OGL_bindtex(61);
+        glPixelStorei(GL_PACK_ALIGNMENT, 1);
+        std::vector<unsigned char> texels(w * h * 3);
+        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, texels.data());
+        int wrong = 0;
+        for (int y = 0; y < h; y++)
+            for (int x = 0; x < w; x++) {
+                const bmp_rgb p = pixel(x, y);
+                const unsigned char* t = &texels[(y * w + x) * 3];
+                wrong += t[0] != p.r || t[1] != p.g || t[2] != p.b;
+            }
+        EXPECT_EQ(wrong, 0) << w << " by " << h;
+    }
     std::filesystem::remove_all(folder);
-    ASSERT_EQ(loaded, 1);
-    OGL_bindtex(61);
-    glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    std::vector<unsigned char> texels(w * h * 3);
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, texels.data());
-    int wrong = 0;
-    for (int y = 0; y < h; y++)
-        for (int x = 0; x < w; x++) {
-            const bmp_rgb p = pixel(x, y);
-            const unsigned char* t = &texels[(y * w + x) * 3];
-            wrong += t[0] != p.r || t[1] != p.g || t[2] != p.b;
-        }
-    EXPECT_EQ(wrong, 0);
 }
 
 // The terrain's stock textures, the first to the last, stop at their own edge
