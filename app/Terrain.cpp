@@ -138,11 +138,6 @@ static float pixel_margin() { return 1.0f + 2.0f / fltmin2(1.0f, fltmin2(mnw.sca
 // An obstacle symbol reaches 4 units left and right of its place, 2 down and 3 up.
 const float symbol_reach_x = 5, symbol_reach_y = 4;
 
-static int symbol_reaches(const canvas_area* a, float x, float y)
-{
-    return reaches(a, x - symbol_reach_x, y - symbol_reach_y, x + symbol_reach_x, y + symbol_reach_y);
-}
-
 static int cell_reaches(const canvas_area* a, int i, int j)
 {
     if (!a) return 1;
@@ -577,7 +572,14 @@ static void draw_obstacles(int left_out)
     squares_filled = 0;
 }
 
-static int shown_in(const canvas_area& area, int n) { return shown[n] && symbol_reaches(&area, shown_x[n], shown_y[n]); }
+// Obstacle n is in the picture and its symbol reaches into the area; no
+// branch, so that a walk of the whole table mispredicts none (and a Release
+// build runs it in vectors).
+static inline int shown_in(const canvas_area& area, int n)
+{
+    const float x = shown_x[n], y = shown_y[n], rx = symbol_reach_x, ry = symbol_reach_y;
+    return shown[n] & (x + rx >= area.x1) & (x - rx <= area.x2) & (y + ry >= area.y1) & (y - ry <= area.y2);
+}
 
 // The obstacles of the picture from slot first on that reach into the area;
 // the whole table is walked for a large area, or when asked to. All of them
@@ -590,13 +592,10 @@ static int obstacles_in(const canvas_area& area, int first, int walk, int* found
     int count = 0;
     if (!walk) fill_squares_once();
     if (walk || (c2 - c1 + 1) * (r2 - r1 + 1) > square_count / 8) {
-        // Which slots reach, worked out in vectors, then the few that do.
+        // Which slots reach, worked out without a branch, then the few that do.
         static unsigned char hit[obj_cap];
-        const float rx = symbol_reach_x, ry = symbol_reach_y;
-        for (int n = first; n < obj_cap; n++) {
-            const float x = shown_x[n], y = shown_y[n];
-            hit[n] = shown[n] & (x + rx >= area.x1) & (x - rx <= area.x2) & (y + ry >= area.y1) & (y - ry <= area.y2);
-        }
+        const canvas_area a = area;   // a copy the stores cannot touch
+        for (int n = first; n < obj_cap; n++) hit[n] = (unsigned char)shown_in(a, n);
         for (int n = first; n < obj_cap; n++)
             if (hit[n]) found[count++] = n;
         return count;
