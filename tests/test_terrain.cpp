@@ -251,3 +251,26 @@ TEST(WaterColour, LevelUpToHalfAMetreAlongEachEdge)
             EXPECT_EQ(water_cell_colour(i, j), rise > 0.5f ? light : dark) << "corner " << lifted << " by " << rise;
         }
 }
+
+// A runway's outline on the map: its length along its heading, its width
+// across it, a degree of longitude shorter by the cosine of the latitude
+// (6076.12 feet to a minute of latitude). Within 1e-5 degree: a float
+// latitude of 60 holds no finer.
+TEST(RunwayOutline, LengthAlongTheHeadingAndWidthAcross)
+{
+    fill_constants();
+    const float foot = 1.0f / (6076.12f * 60), along = 5000 * foot, across = 100 * foot;
+    rwy_lat[0] = 60, rwy_lon[0] = 10, rwy_len[0] = 10000, rwy_width[0] = 200;
+    for (const float heading : {0.0f, 90.0f}) {
+        rwy_hdng[0] = heading;
+        // Corner 2 is ahead and to the right: north and east heading north, east and south heading east.
+        const float north = heading == 0 ? along : -across, east = heading == 0 ? across : along;
+        for (const int k : {0, 2}) {
+            float lon, lat;
+            runway_corner(0, k, &lon, &lat);
+            const float sign = k == 2 ? 1.0f : -1.0f;   // corner 0 is back and to the left
+            EXPECT_NEAR(lat - 60, sign * north, 1e-5) << heading << " corner " << k;
+            EXPECT_NEAR((lon - 10) * 0.5f, sign * east, 1e-5) << heading << " corner " << k;
+        }
+    }
+}
