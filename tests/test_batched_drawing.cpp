@@ -79,7 +79,7 @@ static void craft_tile(int screen, int textured, int zoom_steps)
             planey[i][j] = (float)((i * 13 + j * 29) % 400);
         }
     for (int n = 0; n < 30; n++) {
-        obj_type[n] = 1 + n % 8;
+        obj_type[n] = 1 + (n + 1) % 8;   // slot 0 with a symbol: the first slot is drawn like any other
         obj_lat[n] = 33.5f + 0.0035f * (n % 6);
         obj_lon[n] = -118.5f + 0.005f * (n / 6);
     }

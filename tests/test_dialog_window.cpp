@@ -128,6 +128,7 @@ TEST_F(DialogLoop, StripScrollsWhileHeldAnywhereRowsAreTenHighAndClicksBelowTheL
     EXPECT_EQ(after, (seen{"./ 0 61", "./ 29 61", "./ 60 61", "./ 60 61", "./ 60 61", "./ 44 61", "./ 60 61",
                            "./zz/ 1 2", "./zz/ 1 2"}));
     EXPECT_EQ(std::string(name) + " " + path, "b.bmp " + start_folder + "zz/b.bmp");
+    EXPECT_EQ(g_item_bot, 1) << "the rows end at b.bmp: none shows a name left from the folder before";
 
     // After a step that scrolls the list to a given first item, a click at a
     // given height chooses the file of that row: rows are 10 high, with 3 more
@@ -154,6 +155,7 @@ TEST_F(DialogLoop, GoingUpStopsAtTheStartFolderWhereEveryDialogStarts)
     EXPECT_EQ(run(win_open_dialog, {{'c', list_x, row0_y}, {'c', list_x, row0_y}, {'c', up_x, up_y}, {'c', up_x, up_y},
                                     {'c', up_x, up_y}, {'c', cancel_x, cancel_y}}), 0);
     EXPECT_EQ(after, (seen{"./Sub/ 0 2", "./Sub/Deeper/ 0 0", "./Sub/ 0 2", "./ 0 61", "./ 0 61"}));
+    EXPECT_EQ(g_item_bot, 39) << "the list's 406 units hold forty rows of 10";
     // Left in zz, a dialog opened again shows the start folder from its first frame.
     EXPECT_EQ(run(win_open_dialog, {{'c', strip_x, 34}, {'c', list_x, row0_y}, {'c', cancel_x, cancel_y}}), 0);
     EXPECT_EQ(after.back().substr(0, 5), "./zz/");
@@ -239,5 +241,9 @@ TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLi
     EXPECT_EQ(written(65, 251, 63, 299, 13), stamped("ab", 255, 66));
     EXPECT_EQ(written(56, 251, 63, 299, 13), rect_pixels(268, 65, 1, 9));
     EXPECT_EQ(written(30, 251, 63, 299, 13).size(), 299u * 13 - stamped("ab", 255, 66).size() - 9);   // black else
+    // The buttons stand out, lit above and dark below; the wells sink, the other
+    // way round: the two rows under the up button and under the name line.
+    EXPECT_EQ(written(col_dark_edge, 251, 498, 299, 2), rect_pixels(251, 498, 299, 2));
+    EXPECT_EQ(written(col_light_edge, 251, 61, 299, 2), rect_pixels(251, 61, 299, 2));
     EXPECT_EQ(written(67, 537, 87, 13, 400).size(), 0u);
 }

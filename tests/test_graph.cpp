@@ -6,6 +6,7 @@
 
 #include <SDL2/SDL.h>
 
+#include <algorithm>
 #include <array>
 
 using GraphTest = WindowTest;
@@ -144,6 +145,14 @@ TEST_F(GraphTest, TextureTexelsAreTheFilesPixels)
         EXPECT_EQ(wrong, 0) << w << " by " << h;
     }
     std::filesystem::remove_all(folder);
+    // A missing file gives a white texture 4 by 4, whatever the loader held before.
+    int width = 0, height = 0;
+    std::memset(rgb_array, 0, sizeof rgb_array);
+    EXPECT_EQ(OGL_texbmp(-100, 61, 0, 0, "no such picture", &width, &height, 1.0f), 0);
+    unsigned char texels[4 * 4 * 3];
+    OGL_bindtex(61);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, texels);
+    EXPECT_EQ(std::count(texels, texels + 48, 255) + 1000 * width + 100 * height, 48 + 4400);
 }
 
 // The terrain's stock textures, the first to the last, stop at their own edge

@@ -96,8 +96,15 @@ struct TerrainTest : ScriptedTest {
 using TerrainView = TerrainTest;
 using TerrainScreen = TerrainTest;
 
-TEST_F(TerrainView, LandShadedByHeightAndGridOnlyAboveZoomTwo)
+TEST_F(TerrainView, WaterByItsSlopeLandByHeightAndGridOnlyAboveZoomTwo)
 {
+    // Level water is dark blue, water on a slope light blue.
+    planey[8][8] = 1;
+    draw_map();
+    auto rgb = [](const unsigned char* p) { return p[0] << 16 | p[1] << 8 | p[2]; };
+    EXPECT_EQ(rgb(cell_px(5, 5)), 0x000099);
+    EXPECT_EQ(rgb(cell_px(7, 7)), 0x6666FF);
+    planey[8][8] = 0;
     std::memset(is_water, 0, sizeof is_water);
     draw_map();   // all at 0 m: low -1, high 1, f 0.5
     EXPECT_NEAR(cell_px(5, 5)[0], 0.1 * 255, 1);
@@ -112,6 +119,24 @@ TEST_F(TerrainView, LandShadedByHeightAndGridOnlyAboveZoomTwo)
     msc.map_zoom = 2.05f;
     draw_map();
     EXPECT_GT(of_colour(18).size(), 1000u);
+    // A vertex moved north: the grid's line along its row rises to it.
+    planelat[11][10] += 0.005f;
+    draw_map();
+    const int mx = (int)std::lround((flt_plotx[10][10] + flt_plotx[11][10]) / 2);
+    const int my = (int)std::lround((flt_ploty[10][10] + flt_ploty[11][10]) / 2);
+    EXPECT_TRUE(shows(mx, my - 1, 18) || shows(mx, my, 18) || shows(mx, my + 1, 18)) << mx << "," << my;
+}
+
+// A coast point is a dot as many pixels across as the zoom.
+TEST_F(TerrainView, CoastDotsGrowWithTheZoom)
+{
+    msc.coast_num = 1;
+    coast_lat[0] = 33.01f, coast_lon[0] = -118.99f;
+    for (const int zoom : {1, 3}) {
+        msc.map_zoom = (float)zoom;
+        draw_map();
+        EXPECT_EQ(of_colour(0).size(), (size_t)(zoom * zoom)) << "zoom " << zoom;
+    }
 }
 
 // The pixels of lines between whole places, both ends lit: along an axis or at 45 degrees.
