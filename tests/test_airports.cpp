@@ -52,6 +52,23 @@ std::string lats(int first, int last)
 
 using AirportTables = WorldTest;
 
+// One frame of the airport screen, drawn into a cleared rgb_array, with a click at (x, y) if given.
+void screen_frame(float x = -50, float y = -50)
+{
+    mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = x >= 0;
+    OGL_assign_colortable();
+    std::memset(rgb_array, 0, sizeof rgb_array);
+    to_array = 1;
+    handle_apt();
+    to_array = mnw.mouse_click = 0;
+}
+
+std::string record(int r)
+{
+    return std::to_string((int)apt_h[0]) + " " + std::to_string(apt_twr[0]) + std::to_string(apt_bld[0]) + " " +
+           rwy_lcr[r] + " " + std::to_string(rwy_code[r]);
+}
+
 TEST_F(AirportTables, RunwayRowsShowBothEnds)
 {
     const std::tuple<int, char, const char*> rows[] = {
@@ -80,9 +97,9 @@ TEST_F(AirportTables, RunwaysComeAndGoInTheirAirportsRun)
     expect_runs({{0, 1}, {2, 4}, {5, 5}});
     EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 3 3 4 5 ");
 
-    msc.apt_sel = 2;   // the last runway of an airport stays
+    msc.apt_sel = 2;   // the last runway of an airport stays at DELETE RUNWAY
     msc.rwy_sel = 5;
-    adddel_aptrwy(10, 0, 0);
+    screen_frame(190, 261);
     expect_runs({{0, 1}, {2, 4}, {5, 5}});
 }
 
@@ -115,22 +132,19 @@ TEST_F(AirportTables, AirportsComeWithARunwayAndGoWithTheirs)
 
 TEST_F(AirportTables, FullTablesRefuseAndLoseNothing)
 {
-    make_airports({1});
-    rwy_wrl_max = rwy_cap - 1;
-    apt_hi_ind[0] = rwy_cap - 1;
-    rwy_lat[rwy_cap - 1] = 42.0f;
-    msc.apt_sel = 0;
-    msc.rwy_sel = 0;
+    make_airports({1, rwy_cap - 1});   // every runway slot taken
+    msc.apt_sel = msc.rwy_sel = 0;
+    // The screen's ADD AIRPORT and ADD RUNWAY.
     expect_alert("The runway table is full!");
-    adddel_aptrwy(1, 1, 0);
-    EXPECT_EQ(apt_wrl_max, 0);
+    screen_frame(150, 364);
+    EXPECT_EQ(apt_wrl_max, 1);
     EXPECT_EQ(alerts_seen().size(), 1u);
-    adddel_aptrwy(10, 1, 0);   // a runway: refused without a word
+    screen_frame(190, 238);   // a runway: refused without a word
     EXPECT_EQ(rwy_wrl_max, rwy_cap - 1);
-    EXPECT_EQ(rwy_lat[rwy_cap - 1], 42.0f);
+    EXPECT_EQ(rwy_lat[rwy_cap - 1], (float)(rwy_cap - 1));
 
     apt_wrl_max = apt_cap - 1;
-    adddel_aptrwy(1, 1, 0);
+    screen_frame(150, 364);
     EXPECT_EQ(apt_wrl_max, apt_cap - 1);
 }
 
@@ -154,21 +168,6 @@ TEST_F(AirportTables, RunwaysSortLongestFirstAndNinetyNinesLast)
     EXPECT_EQ(lats(last - 1, last), "8 7 ");
 }
 
-// One frame of the airport screen, drawn into a cleared rgb_array, with a click at (x, y) if given.
-void screen_frame(float x = -50, float y = -50)
-{
-    mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = x >= 0;
-    std::memset(rgb_array, 0, sizeof rgb_array);
-    handle_apt();
-    mnw.mouse_click = 0;
-}
-
-std::string record(int r)
-{
-    return std::to_string((int)apt_h[0]) + " " + std::to_string(apt_twr[0]) + std::to_string(apt_bld[0]) + " " +
-           rwy_lcr[r] + " " + std::to_string(rwy_code[r]);
-}
-
 // A frame shows the airport and changes nothing of it, whatever the runway's
 // side and surface, also the two surfaces that have no place on the selector;
 // the controls change it.
@@ -179,8 +178,6 @@ TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
     const int codes[4] = {2345123, 11466466, 10111111, 1111111};   // surfaces i, h, L and M
     for (int r = 0; r < 4; r++) rwy_len[r] = 4000.0f - 1000 * r, rwy_lcr[r] = sides[r], rwy_code[r] = codes[r];
     apt_h[0] = 125, apt_twr[0] = 1, apt_bld[0] = 0;
-    OGL_assign_colortable();
-    to_array = 1;
     for (int r = 0; r < 4; r++) {
         msc.rwy_sel = r;
         screen_frame();
@@ -195,7 +192,6 @@ TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
     EXPECT_EQ(record(2), "126 00 x 2111111");
     screen_frame(260, 60);
     EXPECT_EQ(rwy_lcr[2], 'R');
-    to_array = 0;
 }
 
 // ---- navaids ----------------------------------------------------------------------------------------
