@@ -14,17 +14,23 @@
 
 namespace {
 
-// Airports with the given numbers of runways; runway r has length 100 r + 100
-// (so the runs are sorted longest last, the reverse of the screen's order) and
-// latitude r, to tell them apart.
+// Runway r made with mark m: latitude, longitude, heading and code m, side
+// letter 'A' + m, and length 100 m + 100 (so the runs are sorted longest last,
+// the reverse of the screen's order).
+void make_runway(int r, int m)
+{
+    rwy_lat[r] = rwy_lon[r] = rwy_hdng[r] = (float)m, rwy_code[r] = m, rwy_lcr[r] = (char)('A' + m);
+    rwy_len[r] = 100.0f * m + 100, rwy_width[r] = 0, rwy_num[r] = 1;
+}
+
+// Airports with the given numbers of runways, runway r made with mark r.
 void make_airports(std::initializer_list<int> runways)
 {
     apt_wrl_max = rwy_wrl_max = -1;
     for (int n : runways) {
         const int a = ++apt_wrl_max;
         apt_lo_ind[a] = rwy_wrl_max + 1;
-        for (int r = rwy_wrl_max + 1; r <= rwy_wrl_max + n; r++)
-            rwy_lat[r] = (float)r, rwy_len[r] = 100.0f * r + 100, rwy_width[r] = 0, rwy_num[r] = 1;
+        for (int r = rwy_wrl_max + 1; r <= rwy_wrl_max + n; r++) make_runway(r, r);
         rwy_wrl_max += n;
         apt_hi_ind[a] = rwy_wrl_max;
         C_to_C(("A" + std::to_string(a)).c_str(), apt_name[a]);
@@ -42,11 +48,16 @@ void expect_runs(std::initializer_list<std::pair<int, int>> runs)
     EXPECT_EQ(apt_wrl_max, a - 1);
 }
 
-// The latitudes of runways first to last, which tell them apart.
+// The marks of runways first to last, read from their latitudes; a '!' after
+// one whose other fields are not those it was made with (a new runway).
 std::string lats(int first, int last)
 {
     std::string text;
-    for (int r = first; r <= last; r++) text += std::to_string((int)rwy_lat[r]) + " ";
+    for (int r = first; r <= last; r++) {
+        const int m = (int)rwy_lat[r];
+        const bool made = rwy_lon[r] == m && rwy_hdng[r] == m && rwy_code[r] == m && rwy_lcr[r] == (char)('A' + m);
+        text += std::to_string(m) + (made ? " " : "! ");
+    }
     return text;
 }
 
@@ -88,14 +99,14 @@ TEST_F(AirportTables, RunwaysComeAndGoInTheirAirportsRun)
     msc.rwy_sel = 3;
     adddel_aptrwy(10, 1, 0);   // ahead of runway 3, lying on it
     expect_runs({{0, 1}, {2, 5}, {6, 6}});
-    EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 2 3 3 4 5 ");   // the rest one up
+    EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 2 3! 3 4 5 ");   // the rest one up
     EXPECT_EQ(rwy_len[3], 2000.0f);
     EXPECT_EQ(rwy_len[4], 400.0f);   // the old runway 3
 
     msc.rwy_sel = 2;
     adddel_aptrwy(10, 0, 0);
     expect_runs({{0, 1}, {2, 4}, {5, 5}});
-    EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 3 3 4 5 ");
+    EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 3! 3 4 5 ");
 
     msc.apt_sel = 2;   // the last runway of an airport stays at DELETE RUNWAY
     msc.rwy_sel = 5;
@@ -116,7 +127,7 @@ TEST_F(AirportTables, AirportsComeWithARunwayAndGoWithTheirs)
     adddel_aptrwy(1, 1, 0);
     expect_runs({{0, 0}, {1, 2}, {3, 3}});
     EXPECT_STREQ(apt_name[0], "Untitled");
-    EXPECT_EQ(lats(0, rwy_wrl_max), "0 0 1 6 ");   // lying on the runway it went in ahead of
+    EXPECT_EQ(lats(0, rwy_wrl_max), "0! 0 1 6 ");   // lying on the runway it went in ahead of
     EXPECT_EQ(msc.rwy_sel, 0);
 
     msc.apt_sel = 0;   // deleting every airport leaves an empty table
@@ -162,8 +173,8 @@ TEST_F(AirportTables, RunwaysSortLongestFirstAndNinetyNinesLast)
 
     // A run at the very end of a full table sorts through no scratch slot.
     const int last = rwy_cap - 1;
-    rwy_len[last - 1] = 1000, rwy_width[last - 1] = 0, rwy_num[last - 1] = 1, rwy_lat[last - 1] = 7;
-    rwy_len[last] = 3000, rwy_width[last] = 0, rwy_num[last] = 1, rwy_lat[last] = 8;
+    make_runway(last - 1, 7);
+    make_runway(last, 8);
     sort_runways(last - 1, last);
     EXPECT_EQ(lats(last - 1, last), "8 7 ");
 }

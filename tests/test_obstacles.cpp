@@ -43,6 +43,8 @@ TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)
     on(33.5f, -118.5f, 1);
     msc.obj_tool = 5;
     on(33.4f, -118.4f, 1);
+    EXPECT_NEAR(obj_lat[0], 33.4f, 1e-4);   // where the press was
+    EXPECT_NEAR(obj_lon[0], -118.4f, 1e-4);
     EXPECT_EQ(msc.obj_sel * 10000 + obj_type[0] * 1000 + obj_hddz[0], 5250);
     std::memset(obj_name[0], 'a', name_len);   // a full slot: no terminator
     msc.obj_tool = 8;
