@@ -20,11 +20,15 @@ struct Obstacles : WorldTest {
 
 TEST_F(Obstacles, NearestOfTheTileIsPickedMovedAndDeletedOnEachPulse)
 {
-    put(3, 2, 33.5f, -118.8f), put(5, 7, 33.5f, -118.8f), put(1, 1, 32.9995f, -118.002f), put(2, 1, 33, -118);
+    put(0, 2, 50, 10), msc.obj_tool = 0;   // a press of DELETE on a tile without obstacles deletes none
+    on(33.5f, -118.9f, 1);
+    EXPECT_EQ(obj_type[0], 2);
+    msc.obj_tool = 95;
+    put(3, 2, 33.5f, -118.8f), put(5, 7, 33.5f, -118.8f), put(1, 1, 32.9995f, -118.002f), put(0, 1, 33, -118);
     on(33.5f, -118.9f, 1);
     EXPECT_EQ(msc.obj_sel * 10 + msc.ter_dirty, 31);   // a tie goes to the lowest slot
     on(33.002f, -118.003f, 1);   // just south of the tile is nearer; the south-east corner belongs to it
-    EXPECT_EQ(msc.obj_sel, 2);
+    EXPECT_EQ(msc.obj_sel, 0);
     msc.obj_tool = 96;
     on(33.6f, -118.4f, 1);   // slot 3 jumps to the press, and follows while held
     on(33.7f, -118.3f, 0);
@@ -34,7 +38,9 @@ TEST_F(Obstacles, NearestOfTheTileIsPickedMovedAndDeletedOnEachPulse)
     on(33.5f, -118.8f, 0);   // held between pulses
     EXPECT_EQ(obj_type[5] * 10 + obj_type[3], 2);
     on(33.5f, -118.8f, 1);
-    EXPECT_EQ(obj_type[3] * 10 + obj_type[2] + obj_type[1], 2);
+    EXPECT_EQ(obj_type[3] * 10 + obj_type[0] + obj_type[1], 2);
+    on(33, -118, 1);   // slot 0 goes like any other
+    EXPECT_EQ(obj_type[0] * 10 + obj_type[1], 1);
 }
 
 TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)

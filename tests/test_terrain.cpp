@@ -210,6 +210,7 @@ TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
     EXPECT_EQ(std::memcmp(before, is_water, sizeof before), 0);
     frame_at(205, 32, 1);   // inside the first column's cell (0, 4), and back
     EXPECT_EQ(is_water[0][4], 0);
+    frame_at(205, 32, 0);   // held in the next frames: once a click
     frame_at(205, 32, 1);
     EXPECT_EQ(is_water[0][4], 1);
 
@@ -235,8 +236,14 @@ TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
     }
 }
 
-TEST_F(TerrainScreen, TextureListRowsAndScrolling)
+TEST_F(TerrainScreen, ZoomButtonAndTextureListRowsAndScrolling)
 {
+    msc.screen = 200;
+    frame_at(131, 569, 0);   // ZOOM + held from an earlier click does nothing; a click zooms once
+    EXPECT_FLOAT_EQ(msc.map_zoom, 1);
+    frame_at(131, 569, 1);
+    EXPECT_FLOAT_EQ(msc.map_zoom, 1.2f);
+    msc.screen = 0;
     EXPECT_EQ(texture_list_row(201), -1);
     EXPECT_EQ(texture_list_row(200), 0);
     EXPECT_EQ(texture_list_row(66), 8);
