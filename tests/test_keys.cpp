@@ -12,10 +12,12 @@ TEST_F(Keys, KeysRunTheirCommandsOnTheMapScreens)
     MACIBM_handlekey(0x25);   // arrow left
     EXPECT_FLOAT_EQ(msc.map_dlat, 0.1f);
     EXPECT_FLOAT_EQ(msc.map_dlon, -0.1f);
+    for (int key : {0x27, 0x28}) MACIBM_handlekey(key);   // arrows right and down: back where it was
+    EXPECT_EQ(std::pair(msc.map_dlat, msc.map_dlon), std::pair(0.0f, 0.0f));
     MACIBM_handlekey(0xBB);   // '='
     EXPECT_FLOAT_EQ(msc.map_zoom, 1.2f);
-    for (int key : {0xBD, (int)'M', 0x20, 0x20}) MACIBM_handlekey(key);   // '-', 'M', space twice
-    EXPECT_NEAR(msc.map_zoom, 1.0f, 1e-6);   // in and out again
+    for (int key : {0xBD, 0xBD, (int)'M', 0x20, 0x20}) MACIBM_handlekey(key);   // '-' twice, 'M', space twice
+    EXPECT_NEAR(msc.map_zoom, 1.0f, 1e-6);   // in and out again, and no further out than 1
     EXPECT_EQ(msc.ter_tool, 1);
     EXPECT_EQ(msc.show_tex, 0);
     MACIBM_handlekey(0x20);
