@@ -83,7 +83,8 @@ std::string record(int r)
 TEST_F(AirportTables, RunwayRowsShowBothEnds)
 {
     const std::tuple<int, char, const char*> rows[] = {
-        {9, 'L', "09L / 27R"}, {36, 'x', "36  / 18 "}, {18, 'C', "18C / 36C"}, {0, 'R', "00R / 18L"}, {99, 'x', "99  / 99 "}};
+        {9, 'L', "09L / 27R"}, {36, 'x', "36  / 18 "}, {18, 'C', "18C / 36C"}, {0, 'R', "00R / 18L"},
+        {10, 'R', "10R / 28L"}, {99, 'x', "99  / 99 "}};
     for (auto [num, side, text] : rows) {
         char shown[10];
         rwy_num[0] = num, rwy_lcr[0] = side;
@@ -100,7 +101,9 @@ TEST_F(AirportTables, RunwaysComeAndGoInTheirAirportsRun)
     adddel_aptrwy(10, 1, 0);   // ahead of runway 3, lying on it
     expect_runs({{0, 1}, {2, 5}, {6, 6}});
     EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 2 3! 3 4 5 ");   // the rest one up
-    EXPECT_EQ(rwy_len[3], 2000.0f);
+    // Number 0, no side, heading 0, 2000 by 100 feet, asphalt with the first light of each kind.
+    EXPECT_EQ(std::tuple(rwy_num[3], rwy_lcr[3], rwy_hdng[3], rwy_len[3], rwy_width[3], rwy_code[3]),
+              std::tuple(0, 'x', 0.0f, 2000.0f, 100.0f, 1111111));
     EXPECT_EQ(rwy_len[4], 400.0f);   // the old runway 3
 
     msc.rwy_sel = 2;
@@ -203,6 +206,9 @@ TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
     EXPECT_EQ(record(2), "126 00 x 2111111");
     screen_frame(260, 60);
     EXPECT_EQ(rwy_lcr[2], 'R');
+    // The surface selector's places: asphalt, concrete, then the letters s to y.
+    const char places[] = "Mistuvwxy";
+    for (int p = 1; p <= 9; p++) EXPECT_EQ(surface_letter_of(p) * 10 + surface_position(places[p - 1]), places[p - 1] * 10 + p);
 }
 
 // ---- navaids ----------------------------------------------------------------------------------------
