@@ -34,6 +34,7 @@ void make_airports(std::initializer_list<int> runways)
         rwy_wrl_max += n;
         apt_hi_ind[a] = rwy_wrl_max;
         C_to_C(("A" + std::to_string(a)).c_str(), apt_name[a]);
+        apt_h[a] = (float)a, apt_twr[a] = apt_bld[a] = a % 2;
     }
 }
 
@@ -124,7 +125,7 @@ TEST_F(AirportTables, AirportsComeWithARunwayAndGoWithTheirs)
     adddel_aptrwy(1, 0, 0);   // its four runways go with it
     expect_runs({{0, 1}, {2, 2}});
     EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 6 ");
-    EXPECT_STREQ(apt_name[1], "A2");
+    EXPECT_EQ(std::tuple(std::string(apt_name[1]), apt_h[1], apt_twr[1], apt_bld[1]), std::tuple("A2", 2.0f, 0, 0));
 
     msc.apt_sel = 0;   // a new first airport takes the run from 0
     adddel_aptrwy(1, 1, 0);
@@ -202,8 +203,9 @@ TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
     screen_frame(290, 40);    // the surface selector steps on from its first place
     screen_frame(260, 90);    // the side button from R back round to x
     screen_frame(470, 130);   // the tower: no
+    screen_frame(660, 130);   // the buildings: yes
     screen_frame(160, 130);   // a foot higher
-    EXPECT_EQ(record(2), "126 00 x 2111111");
+    EXPECT_EQ(record(2), "126 01 x 2111111");
     screen_frame(260, 60);
     EXPECT_EQ(rwy_lcr[2], 'R');
     // The surface selector's places: asphalt, concrete, then the letters s to y.
