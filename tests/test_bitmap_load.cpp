@@ -92,6 +92,7 @@ TEST_F(BitmapLoad, BadHeadersShortFilesAndPicturesPastTheLimitsAreFatal)
     EXPECT_EQ(load(-101, 400, 0, "pics:bad"), 1);
     // At a scale of 2 it reaches twice as far: from 200 + 201 it passes the edge.
     EXPECT_FATAL_ALERT(OGL_texbmp(-101, 201, 0, 0, "pics:bad", &width, &height, 2.0f), "OGL_texbmp out of bounds!");
+    EXPECT_FATAL_ALERT(load(-101, 0, 591, "pics:bad"), "OGL_texbmp out of bounds!");   // 10 rows from 591 pass the top
     // A missing panel is fatal, where a missing texture is white.
     msc.screen = 201;
     EXPECT_FATAL_ALERT(MACIBM_startwind(0), "Can't open bitmap!");

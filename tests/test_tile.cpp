@@ -56,7 +56,7 @@ TEST_F(TileFile, NamesOfTilesAndCoastFiles)
     // A tile's file lies in the folder of its ten-degree square, named by its south-west corners.
     const struct { int lat, lon; const char *tile, *coast; } names[] = {
         {33, -119, "+030-120/+033-119.env", "+030-120.cst"}, {0, 0, "+000+000/+000+000.env", "+000+000.cst"},
-        {-1, 5, "-010+000/-001+005.env", "-010+000.cst"}, {-5, -5, "-010-010/-005-005.env", "-010-010.cst"}};
+        {-1, 9, "-010+000/-001+009.env", "-010+000.cst"}, {-5, -5, "-010-010/-005-005.env", "-010-010.cst"}};
     char name[32];
     for (const auto& n : names) {
         return_latlon_str_ENV(n.lat, n.lon, name);
