@@ -37,6 +37,35 @@ TEST_F(GraphTest, LinesIncludeBothEndsWhileRectanglesLeaveTheFarEdge)
     }, expected);
 }
 
+// The bounds of a set of pixels: left, bottom, width, height.
+static std::array<int, 4> bounds(const pixel_set& s)
+{
+    int x1 = 9999, y1 = 9999, x2 = -1, y2 = -1;
+    for (auto [x, y] : s) x1 = std::min(x1, x), y1 = std::min(y1, y), x2 = std::max(x2, x), y2 = std::max(y2, y);
+    return {x1, y1, x2 - x1 + 1, y2 - y1 + 1};
+}
+
+// Scissors cut to their box, the window's origin added, at the canvas's
+// scale: here a canvas of 400 by 300, half a pixel to the unit.
+TEST_F(GraphTest, ScissorsCutTheirBoxAtTheCanvasScale)
+{
+    mnw.scr_x = 400, mnw.scr_y = 300;
+    MACIBM_set_scale();
+    OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
+    OGL_fillrect(7, 0, 0, 800, 600);
+    OGL_flush();
+    const std::array<int, 4> canvas = bounds(lit_pixels());
+    EXPECT_EQ(canvas[2] * 1000 + canvas[3], 400300);
+    glClear(GL_COLOR_BUFFER_BIT);
+    mnw.win_x = 10, mnw.win_y = 20;
+    OGL_scissors(100, 50, 200, 100);
+    OGL_fillrect(7, -10, -20, 800, 600);
+    OGL_scissors_end();
+    OGL_flush();
+    mnw.win_x = mnw.win_y = 0;
+    EXPECT_EQ(bounds(lit_pixels()), (std::array<int, 4>{canvas[0] + 55, canvas[1] + 35, 100, 50}));
+}
+
 static float current(int k)
 {
     float c[4];
