@@ -210,7 +210,8 @@ TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
     EXPECT_EQ(rwy_lcr[2], 'R');
     // The surface selector's places: asphalt, concrete, then the letters s to y.
     const char places[] = "Mistuvwxy";
-    for (int p = 1; p <= 9; p++) EXPECT_EQ(surface_letter_of(p) * 10 + surface_position(places[p - 1]), places[p - 1] * 10 + p);
+    for (int p = 1; p <= 9; p++)
+        EXPECT_EQ(surface_letter_of(p) * 10 + surface_position(places[p - 1]), places[p - 1] * 10 + p);
 }
 
 // ---- navaids ----------------------------------------------------------------------------------------

@@ -161,10 +161,11 @@ TEST_F(BatchedDrawing, MapAndItsKeptPictureMatchTheWholeDrawing)
             std::vector<unsigned char> frames[5], ref[5];
             const int flash[5] = {5, 20, 30, 31, 32};
             for (int k = 0; k < 5; k++) {
-                if (k == 2 || k == 3) c.change(), assign_terrain_texes(0, 0);
+                const bool changed = k == 2 || k == 3;
+                if (changed) c.change(), assign_terrain_texes(0, 0);
                 const int whole_before = map_whole_draws, areas_before = map_area_draws;
                 frames[k] = drawn(1, [&] { obj_flash = flash[k], plot_TF_terrain(); });
-                EXPECT_EQ(map_whole_draws - whole_before, k == 0 || ((k == 2 || k == 3) && c.redraw == 'w')) << "frame " << k + 1;
+                EXPECT_EQ(map_whole_draws - whole_before, k == 0 || (changed && c.redraw == 'w')) << "frame " << k + 1;
                 // The kept picture stays as it is until a change, which is drawn again around itself.
                 if (k < 3) {
                     EXPECT_EQ(map_area_draws - areas_before, k == 2 && c.redraw == 'a') << "frame " << k + 1;
