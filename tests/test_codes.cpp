@@ -209,6 +209,16 @@ TEST_F(Derivation, SteepLandAwayFromWaterIsMountain)
     });
     EXPECT_EQ(planetex[39][39], 54u);
     EXPECT_NE(planetex[37][37], 54u);
+
+    // The rises east and north are added: 0.056 and 0.063 make a mountain, 0.038
+    // and 0.042 do not (as a vector, neither would).
+    for (float rise : {90.0f, 60.0f}) {
+        derive_on(0, [=] {
+            for (int i = 0; i < grid_ni; i++)
+                for (int j = 0; j < grid_nj; j++) planey[i][j] = rise * (i + j);
+        });
+        EXPECT_EQ(planetex[31][41], rise > 80 ? 58u : 54u) << rise;
+    }
 }
 
 // Each orientation lays the texture's four corners on the cell's four, each
