@@ -73,6 +73,7 @@ TEST_F(TextTest, NumberFieldShowsLeadingZerosTheStopAndCommas)
     EXPECT_EQ(baked_number(1234, 4, 0, 6, 0), stamped("1234", 100, 50, 6));
     // Eight places at most: the top one is not reduced, so 12 there shows as 0.
     EXPECT_EQ(baked_number(123456792.0f, 8, 0, 6, 0), stamped("03456792", 100, 50, 6));
+    EXPECT_EQ(baked_number(10000000, 8, 0, 6, 0), stamped("10000000", 100, 50, 6));   // 100.00000 degrees
 }
 
 TEST_F(TextTest, NumberTooWideForItsFieldShowsTheShortFormAndTheSignSixLeft)
