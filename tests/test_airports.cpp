@@ -209,6 +209,12 @@ TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
     EXPECT_EQ(record(2), "126 01 x 2111111");
     screen_frame(260, 60);
     EXPECT_EQ(rwy_lcr[2], 'R');
+    screen_frame(238, 84);   // the runway number's units up from 0, then down twice: no number below 0
+    EXPECT_EQ(rwy_num[2], 2);
+    screen_frame(238, 68);
+    screen_frame(238, 68);
+    screen_frame(238, 68);
+    EXPECT_EQ(rwy_num[2], 0);
     // The surface selector's places: asphalt, concrete, then the letters s to y.
     const char places[] = "Mistuvwxy";
     for (int p = 1; p <= 9; p++)
