@@ -57,12 +57,17 @@ TEST_F(AirportScreen, RunwaysFillTheDiagramToScaleAndAClickPicksTheLastUnderTheM
     EXPECT_EQ(diagram_frame(0, 551.5f, 359.5f, 1, 300), 0);   // panned away: the runway left the box
 
     rwy_hdng[1] = 0, rwy_lon[1] = -117.99f;   // side by side, 921 m apart: each drawn once, where both fit
+    rwy_num[1] = 36;
     reset_drawing_state();
     diagram_frame(0, 0, 0, 0);
     const std::vector<unsigned char> pair = grab_back_buffer();
     const unsigned char* row = px_at(pair.data(), 0, 359);
     auto lit = [&](int x) { return row[4 * x] | row[4 * x + 1] | row[4 * x + 2]; };
     EXPECT_TRUE(has_colour(px_at(pair.data(), 355, 359), 19) && lit(747) && !lit(551));
+    EXPECT_TRUE(has_colour(px_at(pair.data(), 747, 359), 6));
+    rwy_num[1] = 37;   // past 36 a number is no runway's heading: another colour
+    diagram_frame(0, 0, 0, 0);
+    EXPECT_TRUE(has_colour(px_at(grab_back_buffer().data(), 747, 359), 18));
 }
 
 TEST_F(AirportScreen, RunwayOfNoSizeDrawsNothingAndStopsNothing)
