@@ -2,6 +2,7 @@
 #include "app/Main.h"
 #include "app/Screens.h"
 #include "app/Terrain.h"
+#include "drawn.h"
 #include "hl/Hl_funct.h"
 #include "hl/Hl_types.h"
 #include "platform/Hl_mnw.h"
@@ -38,6 +39,19 @@ TEST_F(MapView, TileCornersAtZoomOne)
     EXPECT_NEAR(ret_x(1, 1), 168 + 573 * std::cos(1.0 * M_PI / 180), 1e-3);   // the east edge leans
     msc.lat = -34;
     EXPECT_GT(ret_x(1, -33), ret_x(1, -34));   // south of the equator the north edge is wider
+}
+
+// The pointer's place in degrees, minutes and seconds, then in decimal degrees:
+// latitude above, longitude below, a minus sign ahead of a field that is west.
+TEST_F(MapView, PointerReadoutInDegreesMinutesSecondsAndDecimal)
+{
+    OGL_assign_colortable();
+    mnw.mouse_x = 168, mnw.mouse_y = 398.9375f;   // 33.6875 N, 33 41 15, on the tile's west edge at 119 W
+    pixel_set shown = stamped("033", 20, 30, 6, stamped("41", 50, 30, 6, stamped("15", 74, 30)));
+    shown = stamped(".", 120, 29, 6, stamped("03368750", 105, 30, 6, shown));
+    shown = stamped("-119", 14, 12, 6, stamped("00", 50, 12, 6, stamped("00", 74, 12, 6, shown)));
+    shown = stamped(".", 120, 11, 6, stamped("-11900000", 99, 12, 6, shown));
+    EXPECT_EQ(baked(draw_pointer_readout, 7), shown);
 }
 
 TEST_F(MapView, MapZoomStopsAfterNineteenSteps)
