@@ -267,6 +267,8 @@ TEST_F(TerrainScreen, ZoomButtonAndTextureListRowsAndScrolling)
     frame_at(ter_lat_spinner.x + 15, ter_lat_spinner.y + 12, 1);   // the units digit's upper half: north
     EXPECT_FLOAT_EQ(msc.lat, 34);
     EXPECT_EQ(tex_list_top, 0);
+    frame_at(ter_lon_spinner.x + 25, ter_lon_spinner.y + 12, 1);   // and the longitude's: east
+    EXPECT_FLOAT_EQ(msc.lon, -118);
 }
 
 // A water cell is level while its three looked-at edges rise by at most half
