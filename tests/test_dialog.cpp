@@ -43,12 +43,15 @@ TEST_F(DialogList, ScanFiltersThenSortsCapitalsFirstWithFoldersAmongFiles)
     for (const char* name : {"beta.bmp", "notes.txt", "alpha.bmp", "mixed.Bmp", "Gamma.bmp", "xbmp"})
         write_file("list/" + std::string(name), "x");
     for (const char* name : {"Sub", "deep"}) ASSERT_EQ(mkdir((folder + name).c_str(), 0755), 0);
-    EXPECT_EQ(listed(151), (strings{"Gamma.bmp", "Sub", "alpha.bmp", "beta.bmp", "deep", "xbmp"}));
-    EXPECT_EQ(folder_flags(), (std::vector<int>{0, 1, 0, 0, 1, 0}));
+    const std::string longest = std::string(28, 'y') + "bmp";   // 31 characters fit a record, 32 do not
+    write_file("list/" + longest, "x");
+    write_file("list/y" + longest, "x");
+    EXPECT_EQ(listed(151), (strings{"Gamma.bmp", "Sub", "alpha.bmp", "beta.bmp", "deep", "xbmp", longest}));
+    EXPECT_EQ(folder_flags(), (std::vector<int>{0, 1, 0, 0, 1, 0, 0}));
     EXPECT_EQ(std::string(g_path[1]), folder + "Sub");
 
     EXPECT_EQ(listed(157), (strings{"Gamma.bmp", "Sub", "alpha.bmp", "beta.bmp", "deep", "mixed.Bmp",
-                                    "notes.txt", "xbmp"}));
+                                    "notes.txt", "xbmp", longest}));
     EXPECT_EQ(listed(ftype_object), (strings{"Sub", "deep"}));   // folders only when nothing matches
     EXPECT_EQ(listed(12345), (strings{"Sub", "deep"}));
     C_to_C((folder + "gone/").c_str(), wrk_path);
