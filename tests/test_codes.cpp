@@ -107,7 +107,7 @@ TEST(Codes, TerrainCodeEncodesTheSValues)
 TEST(Helpers, OnlyDigitsMakeANumberAndNumbersComeBackAsDigits)
 {
     EXPECT_EQ(str_is_int("-5"), 0);
-    for (auto [text, value] : {std::pair{"", -1}, {"00042", 42}, {"123456", -1}, {"-5", -1}})
+    for (auto [text, value] : {std::pair{"", -1}, {"00042", 42}, {"12345", 12345}, {"123456", -1}, {"-5", -1}})
         EXPECT_EQ(str_to_int(text), value) << text;
     // And back: no leading zeros, each number of digits at its first value.
     char out[12];
