@@ -165,6 +165,9 @@ TEST_F(Derivation, WaterEdgesFollowTheGrass)
     // themselves by the time a cell is looked at, and still count as coast.
     derive_on(0, [] { set_water(0, 58, 30, 78, 1); });
     expect_cells({{0, 30, 51, st_r3}, {29, 30, 51, st_r3}, {58, 30, 51, st_r3}});
+    // Water in the south-west quarter: its north-east cell has grass east and north only (rule 3).
+    derive_on(0, [] { set_water(0, 19, 0, 39, 1); });
+    expect_cells({{19, 39, 52, st_flip_s}});
     // At i = 0 the west neighbour is the cell itself: never grass, always coast.
     derive_on(1, [] { is_water[0][41] = 0; });
     expect_cells({{0, 40, 51, st_r1}});
