@@ -249,6 +249,8 @@ TEST_F(TerrainScreen, ZoomButtonAndTextureListRowsAndScrolling)
     EXPECT_EQ(texture_list_row(66), 8);
     frame_at(60, 201, 1);   // the name of the defaults row: no file, no dialog
     EXPECT_EQ(windows_shown.count(win_open_dialog), 0u);
+    frame_at(60, 195, 1);   // slot 0's name asks for a file
+    EXPECT_EQ(windows_shown.count(win_open_dialog), 1u);
     msc.ter_tex = 5;
     frame_at(14, 207, 1);   // its lamp lays the stock textures
     EXPECT_EQ(msc.ter_tex, 0);
