@@ -1,5 +1,7 @@
 // The obstacle screen, one frame at a time; its drawing goes to rgb_array.
 #include "world_fixture.h"
+#include "drawn.h"
+#include "app/Panel_layout.h"
 #include "app/Screens.h"
 #include "app/Terrain.h"
 #include "hl/Hl_graph.h"
@@ -56,8 +58,11 @@ TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)
     msc.obj_tool = 8;
     on(33.3f, -118.3f, 1);
     EXPECT_EQ(std::string(obj_name[3], name_len) + std::to_string(obj_hddz[3]), std::string(name_len, 'a') + "0.000000");
+    std::memset(rgb_array, 0, sizeof rgb_array);
     at(149, 238, 1);   // the heading's last digit, upper half
     EXPECT_EQ(obj_hddz[3], 1);
+    const std::string full(name_len, 'a');   // shown whole, and nothing after it
+    EXPECT_EQ(written(-1, obs_name_x, obs_name_y, 300, 7), stamped(full.c_str(), obs_name_x, obs_name_y));
     EXPECT_EQ(std::string(mnw.tip).rfind("This is the HEADING of this obstacle, in degrees.", 0), 0u);
     msc.obj_tool = 2;
     on(33.2f, -118.2f, 1);
