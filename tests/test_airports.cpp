@@ -254,6 +254,10 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     mnw.mouse_x = 416, mnw.mouse_y = 254, mnw.mouse_click = 1;
     handle_nav();
     EXPECT_FLOAT_EQ(nav_lat[3], 34.5f);
+    nav_frq[3] = 11360;   // the frequency's fifth column is its units
+    mnw.mouse_x = 436, mnw.mouse_y = 82, mnw.mouse_click = 1;
+    handle_nav();
+    EXPECT_EQ(nav_frq[3], 11361);
 
     mnw.mouse_x = 400, mnw.mouse_y = 360, mnw.mouse_click = 1;   // ADD NAVAID
     handle_nav();
