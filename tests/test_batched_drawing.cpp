@@ -140,6 +140,9 @@ static const map_case map_cases[] = {
     {200, 0, 0, [] { planey[30][40] += 1000; }, 'w'},     // the highest vertex lifted: the shading changes
     {200, 0, 5, [] { msc.sel_col++; }, 'a'},               // the next vertex selected
     {201, 0, 0, [] { msc.obj_sel = sel + 1; }, 'a'},
+    {201, 0, 0, [] { msc.screen = 401 - msc.screen; }, 'w'},       // to the terrain screen and back
+    {200, 0, 5, [] { msc.coast_num = 7 - msc.coast_num; }, 'w'},   // the last coast point gone, then back
+    {200, 1, 0, [] { apt_wrl_max = -1 - apt_wrl_max; }, 'w'},      // the airport gone, then back
 };
 
 TEST_F(BatchedDrawing, MapAndItsKeptPictureMatchTheWholeDrawing)
