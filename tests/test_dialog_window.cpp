@@ -242,8 +242,9 @@ TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLi
     EXPECT_EQ(written(56, 251, 63, 299, 13), rect_pixels(268, 65, 1, 9));
     EXPECT_EQ(written(30, 251, 63, 299, 13).size(), 299u * 13 - stamped("ab", 255, 66).size() - 9);   // black else
     // The buttons stand out, lit above and dark below; the wells sink, the other
-    // way round: the two rows under the up button and under the name line.
+    // way round: the two rows under the up button, under the name line and under the list.
     EXPECT_EQ(written(col_dark_edge, 251, 498, 299, 2), rect_pixels(251, 498, 299, 2));
     EXPECT_EQ(written(col_light_edge, 251, 61, 299, 2), rect_pixels(251, 61, 299, 2));
+    EXPECT_EQ(written(col_light_edge, 251, 85, 282, 2), rect_pixels(251, 85, 282, 2));
     EXPECT_EQ(written(67, 537, 87, 13, 400).size(), 0u);
 }
