@@ -110,6 +110,9 @@ TEST_F(AirportScreen, NameListRowsArrowsAndKnob)
     EXPECT_EQ(written(7, 28, 505, 200, 7), stamped("Airport 9", 28, 505));
     EXPECT_EQ(written(56, 28, 495, 200, 7), stamped("Airport 10", 28, 495));
     EXPECT_EQ(written(7, 262, 435, 30, 7), stamped("K016", 262, 435));
+    // The selected row's frame stands on row 493; the edit line's cursor follows its name.
+    EXPECT_TRUE(written(65, 30, 493, 200, 1).size() == 200 && written(65, 30, 492, 200, 1).empty());
+    EXPECT_EQ(written(56, 20, 400, 200, 20), rect_pixels(83, 407, 1, 8));
 
     // Arrows step on the click and on every held frame past the delay.
     EXPECT_EQ(list_after(307, 498 + 60, 1, 1, 0, 10), 9);
