@@ -217,3 +217,20 @@ TEST_F(BatchedDrawing, StampedCrowdMatchesSymbolsDrawnLineByLine)
         EXPECT_EQ(pixels_differing(stamped, one), 0);
     }
 }
+
+// Text drawn after the kept picture (or the stamps, which are put back the
+// same way) is tinted by its colour as text drawn alone is.
+TEST_F(BatchedDrawing, TextAfterTheMapKeepsItsColour)
+{
+    craft_tile(200, 0, 0);
+    drop_map_picture();
+    mnw.mouse_x = 300, mnw.mouse_y = 300;
+    const auto alone = drawn(1, [] { draw_pointer_readout(); });
+    const auto after = drawn(1, [] { plot_TF_terrain(), plot_TF_terrain(), draw_pointer_readout(); });
+    EXPECT_GT(pixels_differing(alone, drawn(1, [] {})), 100);   // the readout is there
+    int differing = 0;
+    for (int y = 5; y < 45; y++)
+        for (int x = 0; x < 160; x++)
+            differing += std::memcmp(px_at(alone.data(), x, y), px_at(after.data(), x, y), 3) != 0;
+    EXPECT_EQ(differing, 0);
+}
