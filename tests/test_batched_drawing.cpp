@@ -187,6 +187,28 @@ TEST_F(BatchedDrawing, MapAndItsKeptPictureMatchTheWholeDrawing)
         }
 }
 
+// An obstacle moved to another square, and later the ground at its new place
+// changed: the redraw there finds it among the moved ones, the first slot too.
+TEST_F(BatchedDrawing, GroundChangedUnderAMovedObstacleKeepsItsSymbol)
+{
+    mnw.scr_x = 800, mnw.scr_y = 600;
+    MACIBM_set_scale();
+    OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
+    craft_tile(200, 0, 0);
+    drop_map_picture();
+    void (*const changes[])() = {[] {}, [] { is_water[20][30] ^= 1; }, [] { obj_lat[0] = 33.8f, obj_lon[0] = -118.2f; },
+                                 [] { is_water[46][62] ^= 1; }};
+    const int areas_before = map_area_draws;
+    std::vector<unsigned char> shown;
+    for (auto change : changes) {
+        change(), assign_terrain_texes(0, 0);
+        shown = drawn(1, [] { plot_TF_terrain(); });
+    }
+    EXPECT_EQ(map_area_draws - areas_before, 3);
+    drop_map_picture();
+    EXPECT_EQ(pixels_differing(shown, drawn(1, [] { plot_TF_terrain(); })), 0);
+}
+
 // A crowd of obstacles of every kind, at places anywhere within their pixels,
 // stamped in a whole drawing, against each symbol drawn line by line, on
 // canvases of five scales.
