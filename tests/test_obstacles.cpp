@@ -54,14 +54,15 @@ TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)
     EXPECT_NEAR(obj_lat[0], 33.4f, 1e-4);   // where the press was
     EXPECT_NEAR(obj_lon[0], -118.4f, 1e-4);
     EXPECT_EQ(msc.obj_sel * 10000 + obj_type[0] * 1000 + obj_hddz[0], 5250);
+    const std::string full(name_len, 'a');
     std::memset(obj_name[0], 'a', name_len);   // a full slot: no terminator
     msc.obj_tool = 8;
     on(33.3f, -118.3f, 1);
-    EXPECT_EQ(std::string(obj_name[3], name_len) + std::to_string(obj_hddz[3]), std::string(name_len, 'a') + "0.000000");
+    EXPECT_EQ(std::string(obj_name[3], name_len) + std::to_string(obj_hddz[3]), full + "0.000000");
     std::memset(rgb_array, 0, sizeof rgb_array);
     at(149, 238, 1);   // the heading's last digit, upper half
     EXPECT_EQ(obj_hddz[3], 1);
-    const std::string full(name_len, 'a');   // shown whole, and nothing after it
+    // The name drawn whole, and nothing after it.
     EXPECT_EQ(written(-1, obs_name_x, obs_name_y, 300, 7), stamped(full.c_str(), obs_name_x, obs_name_y));
     EXPECT_EQ(std::string(mnw.tip).rfind("This is the HEADING of this obstacle, in degrees.", 0), 0u);
     msc.obj_tool = 2;

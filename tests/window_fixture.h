@@ -61,6 +61,7 @@ inline void reset_drawing_state(float clear_blue = 0)
     r_manual_lighting = g_manual_lighting = b_manual_lighting = 1.0f;
     OGL_scissors_end();
     OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
+    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);   // a fresh context's texture mode
     glClearColor(0, 0, clear_blue, 1);
     glClear(GL_COLOR_BUFFER_BIT);
     std::memset(rgb_array, 0, sizeof rgb_array);
