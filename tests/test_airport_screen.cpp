@@ -6,7 +6,6 @@
 #include "hl/Hl_btn.h"
 #include "hl/Hl_funct.h"
 
-#include <cmath>
 
 namespace {
 
@@ -70,16 +69,6 @@ TEST_F(AirportScreen, RunwaysFillTheDiagramToScaleAndAClickPicksTheLastUnderTheM
     EXPECT_TRUE(has_colour(px_at(grab_back_buffer().data(), 747, 359), 18));
 }
 
-TEST_F(AirportScreen, RunwayOfNoSizeDrawsNothingAndStopsNothing)
-{
-    one_airport(1);
-    rwy_len[0] = rwy_width[0] = 0;
-    diagram_frame(0, 0, 0, 0);
-    EXPECT_FLOAT_EQ(airport_scale, 389.0f);   // as if a metre across
-    for (auto [x, y] : lit_pixels()) EXPECT_TRUE(std::abs(x - 551) <= 1 && std::abs(y - 359) <= 1) << x << "," << y;
-    EXPECT_EQ(diagram_frame(7, 551.5f, 359.5f, 1), 7);   // a runway with no area takes no click
-}
-
 // ---- the name list -----------------------------------------------------------------------------------
 
 char names[40][40], ids[40][5];
@@ -135,22 +124,6 @@ TEST_F(AirportScreen, NameListRowsArrowsAndKnob)
     EXPECT_EQ(list_after(307, 498 + 60, 1, 1, 0, 5, 5, 5), 5);
     EXPECT_EQ(list_after(100, 498, 0, 0, 0, 5, 0, -1), 0);
     EXPECT_STREQ(g_cs_input, "");
-}
-
-// The knob stands where the selection stood at the frame's start: 7 below the
-// strip's top for the first record, 7 above its bottom for the last.
-TEST_F(AirportScreen, ListKnobTravelsWithTheSelection)
-{
-    auto knob_rows = [](int selected) {
-        reset_drawing_state();
-        list_after(400, 300, 0, 0, 0, selected);
-        std::set<int> rows;
-        for (auto [x, y] : lit_pixels())
-            if (x >= 300 && x <= 315) rows.insert(y);
-        return rows.empty() ? std::make_pair(0, 0) : std::make_pair(*rows.begin(), *rows.rbegin());
-    };
-    EXPECT_EQ(knob_rows(0), std::make_pair(498 + 40, 498 + 52));
-    EXPECT_EQ(knob_rows(29), std::make_pair(498 - 53, 498 - 41));
 }
 
 }   // namespace

@@ -1,7 +1,7 @@
-// The table work of the airport and navaid screens: runs of runways that stay
-// whole through adds and deletes, the order of an airport's runways, the
-// runway list's text, the limits of full tables, and the glideslope's packed
-// heading. Expected values are worked out by hand from the records set here.
+// The table work of the airport and navaid screens: airports that come and go
+// with their runways, the runway list's text, the limits of full tables, a
+// frame of the airport screen, and the navaid runs with the glideslope's
+// packed heading. Expected values are worked out by hand from the records set here.
 #include "app/Airports.h"
 #include "app/Navaids.h"
 #include "hl/Hl_btn.h"
@@ -94,30 +94,6 @@ TEST_F(AirportTables, RunwayRowsShowBothEnds)
     }
 }
 
-TEST_F(AirportTables, RunwaysComeAndGoInTheirAirportsRun)
-{
-    make_airports({2, 3, 1});
-    msc.apt_sel = 1;
-    msc.rwy_sel = 3;
-    adddel_aptrwy(10, 1, 0);   // ahead of runway 3, lying on it
-    expect_runs({{0, 1}, {2, 5}, {6, 6}});
-    EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 2 3! 3 4 5 ");   // the rest one up
-    // Number 0, no side, heading 0, 2000 by 100 feet, asphalt with the first light of each kind.
-    EXPECT_EQ(std::tuple(rwy_num[3], rwy_lcr[3], rwy_hdng[3], rwy_len[3], rwy_width[3], rwy_code[3]),
-              std::tuple(0, 'x', 0.0f, 2000.0f, 100.0f, 1111111));
-    EXPECT_EQ(rwy_len[4], 400.0f);   // the old runway 3
-
-    msc.rwy_sel = 2;
-    adddel_aptrwy(10, 0, 0);
-    expect_runs({{0, 1}, {2, 4}, {5, 5}});
-    EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 3! 3 4 5 ");
-
-    msc.apt_sel = 2;   // the last runway of an airport stays at DELETE RUNWAY
-    msc.rwy_sel = 5;
-    screen_frame(190, 261);
-    expect_runs({{0, 1}, {2, 4}, {5, 5}});
-}
-
 TEST_F(AirportTables, AirportsComeWithARunwayAndGoWithTheirs)
 {
     make_airports({2, 4, 1});
@@ -162,26 +138,6 @@ TEST_F(AirportTables, FullTablesRefuseAndLoseNothing)
     apt_wrl_max = apt_cap - 1;
     screen_frame(150, 364);
     EXPECT_EQ(apt_wrl_max, apt_cap - 1);
-}
-
-TEST_F(AirportTables, RunwaysSortLongestFirstAndNinetyNinesLast)
-{
-    make_airports({4});
-    rwy_num[1] = 99;   // the 99 entry goes last whatever its size
-    rwy_len[1] = 9000;
-    rwy_width[2] = 50;  // 300 + 50 ties with runway 3's 400 less 50
-    rwy_len[3] = 350;
-    msc.rwy_sel = 0;
-    sort_runways(0, 3);
-    EXPECT_EQ(lats(0, 3), "2 3 0 1 ");   // 350: the first of the two equal ones stays ahead
-    EXPECT_EQ(msc.rwy_sel, 2);     // the selection followed its runway
-
-    // A run at the very end of a full table sorts through no scratch slot.
-    const int last = rwy_cap - 1;
-    make_runway(last - 1, 7);
-    make_runway(last, 8);
-    sort_runways(last - 1, last);
-    EXPECT_EQ(lats(last - 1, last), "8 7 ");
 }
 
 // A frame shows the airport and changes nothing of it, whatever the runway's

@@ -1,12 +1,57 @@
-// The bitmap loader: a picture read into the panel buffer rgb_array lands
-// pixel for pixel at its place; every fault of a file is fatal and names it.
+// The bitmap loader: a picture loaded as a texture holds the file's pixels,
+// and a picture too large for the loader's scratch area is fatal before a
+// byte lands behind it.
 #include "bitmap_files.h"
-#include "hl/Hl_graph.h"
+#include "window_fixture.h"
 #include "world_fixture.h"
 
-#include <cstdlib>
-#include <cstring>
-#include <vector>
+#include <array>
+
+using TextureLoad = WindowTest;
+
+// A 24-bit picture loaded as a texture holds the file's pixels, its first row
+// the file's bottom one. At three bytes a pixel, 1024 by 512 fits the loader's
+// scratch area of 1920000 bytes, and a picture as large as the display's
+// textures allow keeps its size.
+TEST_F(TextureLoad, TextureTexelsAreTheFilesPixels)
+{
+    auto pixel = [](int x, int y) { return bmp_rgb{(unsigned char)(x * 7 + 5), (unsigned char)(y * 3 + 9), (unsigned char)(x ^ y)}; };
+    const std::string folder = "/tmp/tf_texture_" + std::to_string(getpid()) + "/";
+    char kept_path[path_len];
+    C_to_C(app_path, kept_path);
+    // The size, and the display's limit: as wide as it, then as wide and as high.
+    for (auto [w, h, limit] : {std::array{1024, 512, 1024}, std::array{64, 64, 64}}) {
+        write_bytes(folder + "pic.BMP", bmp_bytes(w, h, pixel));
+        C_to_C(folder.c_str(), app_path);
+        int width = 0, height = 0;
+        max_texture_size_override = limit;
+        const int loaded = OGL_texbmp(-100, 61, 0, 0, "pic", &width, &height, 1.0f);
+        max_texture_size_override = 0;
+        C_to_C(kept_path, app_path);
+        ASSERT_EQ(loaded, 1);
+        OGL_bindtex(61);
+        glPixelStorei(GL_PACK_ALIGNMENT, 1);
+        std::vector<unsigned char> texels(w * h * 3);
+        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, texels.data());
+        int wrong = 0;
+        for (int y = 0; y < h; y++)
+            for (int x = 0; x < w; x++) {
+                const bmp_rgb p = pixel(x, y);
+                const unsigned char* t = &texels[(y * w + x) * 3];
+                wrong += t[0] != p.r || t[1] != p.g || t[2] != p.b;
+            }
+        EXPECT_EQ(wrong, 0) << w << " by " << h;
+    }
+    std::filesystem::remove_all(folder);
+    // A missing file gives a white texture 4 by 4, whatever the loader held before.
+    int width = 0, height = 0;
+    std::memset(rgb_array, 0, sizeof rgb_array);
+    EXPECT_EQ(OGL_texbmp(-100, 61, 0, 0, "no such picture", &width, &height, 1.0f), 0);
+    unsigned char texels[4 * 4 * 3];
+    OGL_bindtex(61);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, texels);
+    EXPECT_EQ(std::count(texels, texels + 48, 255) + 1000 * width + 100 * height, 48 + 4400);
+}
 
 class BitmapLoad : public WorldTest {
 protected:
@@ -16,32 +61,6 @@ protected:
         return OGL_texbmp(mode, id_or_x, y, 0, name, &width, &height, 1.0f);
     }
 };
-
-static std::vector<int> rgba_at(int x, int y)
-{
-    const unsigned char* p = rgb_array + (y * canvas_w + x) * 4;
-    return {p[0], p[1], p[2], p[3]};
-}
-
-TEST_F(BitmapLoad, PanelRowsLandBottomUpAndMagentaLeavesWhatWasThere)
-{
-    // Width 3: 9 bytes of pixels and 3 of padding a row, the padding not black;
-    // the middle pixel magenta.
-    auto pixel = [](int x, int y) {
-        if (x == 1 && y == 1) return bmp_rgb{255, 0, 255};
-        return bmp_rgb{(unsigned char)(40 * x + 1), (unsigned char)(40 * y + 1), 7};
-    };
-    write_file("pics/three.BMP", bmp_bytes(3, 3, pixel, 0xEE));
-    std::memset(rgb_array, 0, sizeof rgb_array);
-    std::memcpy(rgb_array + (21 * canvas_w + 11) * 4, "\x01\x02\x03\xC8", 4);   // a pixel written before
-    ASSERT_EQ(load(-101, 10, 20, "pics:three"), 1);
-    EXPECT_EQ(width * 10 + height, 33);
-    // The corners; the middle as it was; the padding is not a pixel.
-    const struct { int x, y; std::vector<int> rgba; } pixels[] = {
-        {10, 20, {1, 1, 7, 255}}, {12, 20, {81, 1, 7, 255}}, {10, 22, {1, 81, 7, 255}}, {12, 22, {81, 81, 7, 255}},
-        {11, 21, {1, 2, 3, 200}}, {13, 20, {0, 0, 0, 0}}};
-    for (const auto& p : pixels) EXPECT_EQ(rgba_at(p.x, p.y), p.rgba) << p.x << "," << p.y;
-}
 
 // 1024 by 1024 at three bytes a pixel is more than the 1920000 bytes of the
 // scratch area: the load stops at the first pixel that would pass its end, so
@@ -60,41 +79,4 @@ TEST_F(BitmapLoad, TexturePastTheScratchAreaIsFatalBeforeAByteLandsBehindIt)
         load(-100, 61, 0, "pics:big");
     };
     EXPECT_FATAL_ALERT(load_and_check_tail(), "OGL_texbmp data out of bounds!");
-}
-
-TEST_F(BitmapLoad, BadHeadersShortFilesAndPicturesPastTheLimitsAreFatal)
-{
-    const std::string ok = bmp_bytes(4, 4, [](int, int) { return bmp_rgb{128, 128, 128}; });
-    auto with = [](int at, unsigned value, int size, std::string b) { put_le(b, at, value, size); return b; };
-    auto grey = [](int w, int h) { return bmp_bytes(w, h, [](int, int) { return bmp_rgb{128, 128, 128}; }); };
-    // The alert's first line, and whether it names the file. The header's
-    // checks; a file cut in the header, or in the last row, which holds one
-    // pixel of four; past the scratch area at four bytes a pixel when keyed. On
-    // the panel, in a window at x 200, 200 + 400 + 200 fits exactly; one more does not.
-    const struct { std::string bytes; int mode, x, kind; const char* first; bool names_file; } cases[] = {
-        {with(0, 'P', 1, ok), -100, 61, 0, "Trying to read a texture bitmap that is not a bitmap", true},
-        {with(18, 1025, 4, ok), -100, 61, 0, "Bitmap too wide! (max is 1024)", true},
-        {with(28, 32, 2, ok), -100, 61, 0, "Wrong bitmap color depth for texture!", true},
-        {with(30, 1, 4, ok), -100, 61, 0, "Bitmap is compressed!", true},
-        {with(22, -4u, 4, ok), -100, 61, 0, "Bitmap has no pixels!", true},
-        {ok.substr(0, 40), -100, 61, 0, "File-scanning error!", true},
-        {ok.substr(0, 54 + 3 * 12 + 3), -101, 0, 0, "File-scanning error!", true},
-        {grey(1024, 512), -100, 61, -105, "OGL_texbmp data out of bounds!", true},
-        {grey(4, 12), -100, 61, 0, "Trying to read a texture that is not a power of 2!", true},
-        {grey(200, 10), -101, 401, 0, "OGL_texbmp out of bounds!", false}};
-    mnw.win_x = 200;
-    for (const auto& c : cases) {
-        write_file("pics/bad.BMP", c.bytes);
-        EXPECT_FATAL_ALERT(OGL_texbmp(c.mode, c.x, 0, c.kind, "pics:bad", &width, &height, 1.0f), c.first);
-        EXPECT_TRUE(log_begins(c.first));
-        EXPECT_EQ(last_log_line().find(root + "pics/bad.BMP") != std::string::npos, c.names_file) << c.first;
-    }
-    EXPECT_EQ(load(-101, 400, 0, "pics:bad"), 1);
-    // At a scale of 2 it reaches twice as far: from 200 + 201 it passes the edge.
-    EXPECT_FATAL_ALERT(OGL_texbmp(-101, 201, 0, 0, "pics:bad", &width, &height, 2.0f), "OGL_texbmp out of bounds!");
-    EXPECT_FATAL_ALERT(load(-101, 0, 591, "pics:bad"), "OGL_texbmp out of bounds!");   // 10 rows from 591 pass the top
-    // A missing panel is fatal, where a missing texture is white.
-    msc.screen = 201;
-    EXPECT_FATAL_ALERT(MACIBM_startwind(0), "Can't open bitmap!");
-    EXPECT_NE(last_log_line().find(root + "Norsuite Resources/bitmaps/TileFrgr/TF_OBS.BMP"), std::string::npos);
 }

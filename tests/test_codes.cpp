@@ -1,42 +1,12 @@
-// The runway lighting code, the packed terrain code of a tile vertex, and the
-// ground textures of a tile and their orientation derived from the water flags.
+// Numbers as digits, and the ground textures of a tile and their orientation
+// derived from the water flags and the slopes.
 #include "world_fixture.h"
 
 #include <algorithm>
-#include <climits>
-#include <cmath>
 #include <cstring>
-#include <set>
 #include <string>
 
 namespace {
-
-// The code's fields as "M 123 456": the surface letter, then the slope, runway
-// and approach digits of end 0 and of end 1; back: the code they encode to.
-std::string lights(int code, int* back = nullptr)
-{
-    int surface, slope[2], runway[2], approach[2];
-    code_to_lgts(&surface, slope, runway, approach, code);
-    if (back) *back = lgts_to_code(surface, slope, runway, approach);
-    return std::string(1, (char)surface) + " " + std::to_string(slope[0] * 100 + runway[0] * 10 + approach[0]) +
-           " " + std::to_string(slope[1] * 100 + runway[1] * 10 + approach[1]);
-}
-
-const float marker = 9.0f;   // a planest value no orientation holds, for values left unset
-
-struct Vertex {
-    int water = 1;
-    unsigned int tex = 4321;
-    float st[2][2][2];
-};
-
-Vertex decoded(int code)
-{
-    Vertex v;
-    std::fill(&v.st[0][0][0], &v.st[0][0][0] + 8, marker);
-    code_to_state(&v.water, v.st, &v.tex, code);
-    return v;
-}
 
 // The orientation whose eight values a cell holds, -1 for none.
 int orientation_of(const float st[2][2][2])
@@ -49,58 +19,7 @@ int orientation_of(const float st[2][2][2])
     return -1;
 }
 
-int encoded(int water, int orientation, unsigned int tex)
-{
-    set_orientation(0, 0, orientation, tex);
-    return state_to_code(water, planest[0][0], tex);
-}
-
 }  // namespace
-
-TEST(Codes, RunwayCodeDecodesDigitByDigitAndEncodesBack)
-{
-    EXPECT_EQ(lights(2345123), "i 345 123");
-    EXPECT_EQ(lights(11111111), "h 111 111");   // the two-digit surface
-    EXPECT_EQ(lights(9466466), "y 466 466");     // every digit at its top
-    EXPECT_EQ(lights(111111), "M 111 111");      // no surface digit: asphalt
-    // A 0 digit yields 1; a hundreds digit of 5 steps through 400 and then 100.
-    EXPECT_EQ(lights(3000000), "s 111 111");
-    EXPECT_EQ(lights(1511532), "M 111 132");
-    EXPECT_EQ(lights(1401200), "M 411 211");   // the hundreds digit alone stands for itself
-
-    int back = 0;
-    for (int code : {1111111, 2345123, 11466466, 10111111}) {
-        lights(code, &back);
-        EXPECT_EQ(back, code);
-    }
-    // A letter or a digit outside its table adds nothing.
-    int slope[2] = {5, 1}, runway[2] = {1, 7}, approach[2] = {1, 0};
-    EXPECT_EQ(lgts_to_code('Q', slope, runway, approach), 11100);
-}
-
-TEST(Codes, TerrainCodeEncodesTheSValues)
-{
-    // Rotations: TileFile.WrittenBytesFollowTheLayoutAndReadBackTheSame.
-    // Mirrored orientations go out as the rotation with the same s values.
-    EXPECT_EQ(encoded(0, st_flip_t, 52), -40052);
-    EXPECT_EQ(encoded(0, st_flip_s, 52), -20052);
-    EXPECT_EQ(encoded(0, st_swap, 52), -10052);
-    // A cleared cell: all s equal, no digit.
-    float cleared[2][2][2] = {};
-    EXPECT_EQ(state_to_code(1, cleared, 50), -100050);
-    // The t values are not looked at.
-    set_orientation(0, 0, st_r1, 58);
-    planest[0][0][0][0][1] = planest[0][0][0][1][1] = planest[0][0][1][1][1] = planest[0][0][1][0][1] = 0.7f;
-    EXPECT_EQ(state_to_code(0, planest[0][0], 58), -30058);
-
-    for (int water = 0; water <= 1; water++)
-        for (int o = st_r0; o <= st_r3; o++)
-            for (unsigned int tex : {0u, 58u, 2499u}) {
-                Vertex v = decoded(encoded(water, o, tex));
-                EXPECT_EQ(v.water * 10000 + v.tex, water * 10000 + tex);
-                EXPECT_EQ(orientation_of(v.st), o) << "orientation " << o << " tex " << tex;
-            }
-}
 
 // Only digits make a number (the ids of the menu file go through these), and
 // a number comes back as decimal text without leading zeros.
@@ -221,37 +140,5 @@ TEST_F(Derivation, SteepLandAwayFromWaterIsMountain)
                 for (int j = 0; j < grid_nj; j++) planey[i][j] = rise * (i + j);
         });
         EXPECT_EQ(planetex[31][41], rise > 80 ? 58u : 54u) << rise;
-    }
-}
-
-// Each orientation lays the texture's four corners on the cell's four, each
-// once and neighbours on neighbours: the quarter turns follow one another,
-// the flips mirror the first in s or t, and the swap exchanges s and t.
-TEST(Codes, OrientationsAreTheSquaresTurnsAndMirrors)
-{
-    auto s = [](int o, int c) { return st_table[o][0][c % 4]; };
-    auto t = [](int o, int c) { return st_table[o][1][c % 4]; };
-    for (int o = 0; o < st_count; o++) {
-        std::set<std::pair<float, float>> corners;
-        for (int c = 0; c < 4; c++) {
-            corners.insert({s(o, c), t(o, c)});
-            EXPECT_EQ(std::fabs(s(o, c) - s(o, c + 1)) + std::fabs(t(o, c) - t(o, c + 1)), 1.0f) << o << " " << c;
-        }
-        EXPECT_EQ(corners, (std::set<std::pair<float, float>>{{0, 0}, {0, 1}, {1, 1}, {1, 0}})) << "orientation " << o;
-    }
-    for (int c = 0; c < 4; c++) {
-        const float own[4][2] = {{0, 0}, {0, 1}, {1, 1}, {1, 0}};   // the first as the cell's SW, NW, NE, SE
-        EXPECT_EQ(s(st_r0, c), own[c][0]);
-        EXPECT_EQ(t(st_r0, c), own[c][1]);
-        for (int o = st_r0; o < st_r3; o++) {
-            EXPECT_EQ(s(o + 1, c + 1), s(o, c));
-            EXPECT_EQ(t(o + 1, c + 1), t(o, c));
-        }
-        EXPECT_EQ(s(st_flip_t, c), s(st_r0, c));
-        EXPECT_EQ(t(st_flip_t, c), 1 - t(st_r0, c));
-        EXPECT_EQ(s(st_flip_s, c), 1 - s(st_r0, c));
-        EXPECT_EQ(t(st_flip_s, c), t(st_r0, c));
-        EXPECT_EQ(s(st_swap, c), t(st_r0, c));
-        EXPECT_EQ(t(st_swap, c), s(st_r0, c));
     }
 }

@@ -1,5 +1,4 @@
-// apt.dat and nav.dat: record columns, and the limits of the load with their
-// fatal alerts. (SampleWorld.LoadsWholeSavesTheSameBytesAndItsCoastsFit
+// apt.dat and nav.dat: the record columns. (SampleWorld.LoadsWholeSavesTheSameBytesAndItsCoastsFit
 // reads and writes a whole sample back to the same bytes.)
 #include "app/Utils.h"
 #include "world_fixture.h"
@@ -48,51 +47,4 @@ TEST_F(Databases, NavaidLinesStandInTheirColumns)
               "6  33.9480019 -118.3909988    125.0    10950 300123.00 IOSS LOS ANGELES GS 24R\r\n"
               "2  33.9550018 -118.3399963    100.0      278    0.00 LA   LOS ANGELES NDB\r\n"
               "99\r\n");
-}
-
-TEST_F(Databases, RunwayAheadOfEveryAirportIsLeftOutWithAWarning)
-{
-    write_apt("10 33 -118 9 x 90 100 50 1111111\n1 10 0 0 AAAA first\n10 33 -118 27 x 270 100 50 1111111\n");
-    expect_alert("A runway line in apt.dat comes before the first airport line.");
-    load_airports();
-    EXPECT_EQ(rwy_wrl_max, 0);
-    EXPECT_EQ(rwy_num[0], 27);
-    EXPECT_EQ(alerts_seen().size(), 1u);
-}
-
-TEST_F(Databases, FullTablesLoadAndOneRecordMoreIsFatal)
-{
-    // A full table loads; one record more is fatal, and the log gives the count where the load stopped.
-    const struct { const char *file, *line; int cap; void (*load)(); const int& last; const char *alert, *count; } tables[] = {
-        {apt_file, "1 100 0 0 KA0Z Field\n", apt_cap, load_airports, apt_wrl_max, "Too many airports in apt.dat file!", "18000"},
-        {nav_file, "3 33.5 -118.5 10 11360 0 VORX NAME\n", nav_load_cap, load_navaids, nav_wrl_max,
-         "Too many navs in nav.dat file!", "19997"}};
-    for (const auto& t : tables) {
-        std::string lines;
-        for (int k = 0; k < t.cap; k++) lines += t.line;
-        write_file(t.file, database("Records of the test", lines));
-        t.load();
-        EXPECT_EQ(t.last, t.cap - 1) << t.file;
-        write_file(t.file, database("Records of the test", lines + t.line));
-        EXPECT_FATAL_ALERT(t.load(), t.alert);
-        EXPECT_TRUE(log_begins(std::string(t.alert) + "   " + t.count + ", GetLastError="));
-    }
-}
-
-TEST_F(Databases, MissingOrBrokenDatabaseIsFatal)
-{
-    EXPECT_FATAL_ALERT(load_airports(), "I am unable to access the airport data file!");
-    EXPECT_TRUE(log_begins("I am unable to access the airport data file! The path I am looking at is as follows: " +
-                           root + apt_file + " , GetLastError="));
-    const std::string line = last_log_line();
-    EXPECT_EQ(line.substr(line.size() - 24), ", winerror.h for strings");
-    EXPECT_FATAL_ALERT(load_navaids(), "I am unable to access the nav data file!");
-
-    // A file that ends before its marker, and a field that is no number.
-    write_file(apt_file, "I\r\n500 x\r\n1 10 0 0 AAAA name\r\n");
-    EXPECT_FATAL_ALERT(load_airports(), "File-scanning error!");
-    EXPECT_NE(last_log_line().find("file: " + root + apt_file + ", "), std::string::npos);
-    write_file(apt_file, "I\r\n500 x\r\n1 10 0 zero AAAA name\r\n99\r\n");
-    EXPECT_FATAL_ALERT(load_airports(), "File-scanning error!");
-    EXPECT_NE(last_log_line().find("file: scan apt apt_bld, "), std::string::npos);
 }

@@ -20,31 +20,6 @@ struct Obstacles : WorldTest {
     static void put(int n, int kind, float lat, float lon) { obj_type[n] = kind, obj_lat[n] = lat, obj_lon[n] = lon; }
 };
 
-TEST_F(Obstacles, NearestOfTheTileIsPickedMovedAndDeletedOnEachPulse)
-{
-    put(0, 2, 50, 10), msc.obj_tool = 0;   // a press of DELETE on a tile without obstacles deletes none
-    on(33.5f, -118.9f, 1);
-    EXPECT_EQ(obj_type[0], 2);
-    msc.obj_tool = 95;
-    put(3, 2, 33.5f, -118.8f), put(5, 7, 33.5f, -118.8f), put(1, 1, 32.9995f, -118.002f), put(0, 1, 33, -118);
-    on(33.5f, -118.9f, 1);
-    EXPECT_EQ(msc.obj_sel * 10 + msc.ter_dirty, 31);   // a tie goes to the lowest slot
-    on(33.002f, -118.003f, 1);   // just south of the tile is nearer; the south-east corner belongs to it
-    EXPECT_EQ(msc.obj_sel, 0);
-    msc.obj_tool = 96;
-    on(33.6f, -118.4f, 1);   // slot 3 jumps to the press, and follows while held
-    on(33.7f, -118.3f, 0);
-    EXPECT_NEAR(obj_lat[3] + obj_lon[3], 33.7f - 118.3f, 1e-4);
-    msc.obj_tool = 0;
-    on(33.5f, -118.8f, 1);
-    on(33.5f, -118.8f, 0);   // held between pulses
-    EXPECT_EQ(obj_type[5] * 10 + obj_type[3], 2);
-    on(33.5f, -118.8f, 1);
-    EXPECT_EQ(obj_type[3] * 10 + obj_type[0] + obj_type[1], 2);
-    on(33, -118, 1);   // slot 0 goes like any other
-    EXPECT_EQ(obj_type[0] * 10 + obj_type[1], 1);
-}
-
 TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)
 {
     put(1, 2, 50, 10), put(2, 3, 33.5f, -118.5f), obj_hddz[2] = 250;   // slot 1 holds another tile's obstacle
@@ -74,18 +49,4 @@ TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)
     obj_type[4] = 7;
     at(149, 279, 1);
     EXPECT_EQ(obj_hddz[4] * 10 + mnw.tip[0], 20);
-}
-
-TEST_F(Obstacles, AFullTableRefusesANewObstacleWithOneWarningAClick)
-{
-    for (int n = 0; n < obj_cap; n++) put(n, 1, 50, 10);
-    msc.obj_sel = 7, msc.obj_tool = 2;
-    expect_alert("The obstacle table is full!");
-    for (int click : {1, 0, 1}) on(33.5f, -118.5f, click);
-    EXPECT_EQ(msc.obj_sel, 7);
-    EXPECT_EQ(alerts_seen().size(), 2u);   // one a click
-    EXPECT_TRUE(log_begins("The obstacle table is full! All 60000 obstacle places are taken"));
-    obj_type[obj_cap - 1] = 0;
-    on(33.5f, -118.5f, 1);
-    EXPECT_EQ(msc.obj_sel * 10 + obj_type[obj_cap - 1], 599992);
 }

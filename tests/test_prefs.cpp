@@ -1,4 +1,4 @@
-// The preference files: where the editor was, and the display mode.
+// The preference file: where the editor was.
 #include "world_fixture.h"
 
 #include <filesystem>
@@ -18,22 +18,6 @@ static std::string place()
 {
     return std::to_string(msc.lat) + " " + std::to_string(msc.lon) + " tool " + std::to_string(msc.ter_tool) +
            " screen " + std::to_string(msc.screen) + " " + std::to_string(msc.apt_sel) + " " + std::to_string(msc.nav_sel);
-}
-
-TEST_F(Prefs, DisplayFileNeedsAllFourValuesAndBadArgumentsAreFatal)
-{
-    char res[path_len];
-    C_plus_C(app_path, "res.prf", res);
-    write_file("res.prf", "I\r\n543 version\r\n1024\r\n768\r\n32\r\n0\r\n");
-    EXPECT_EQ(handle_prefs(2, 5, res), 1);
-    EXPECT_FLOAT_EQ(mnw.scr_x, 1024);
-    EXPECT_FLOAT_EQ(mnw.scr_y, 768);
-    EXPECT_FLOAT_EQ(mnw.scr_bits, 32);
-    write_file("res.prf", "I\r\n543 version\r\n1024\r\n768\r\n32\r\n");
-    EXPECT_FATAL_ALERT(handle_prefs(2, 5, res), "File-scanning error!");
-    EXPECT_NE(last_log_line().find("file: res prefs, "), std::string::npos);
-    EXPECT_FATAL_ALERT(handle_prefs(5, 5, path), "Bad pref arg!");
-    EXPECT_FATAL_ALERT(handle_prefs(0, 8, path), "Bad pref arg!");
 }
 
 // A preference file is a file on disk: values the editor could not have

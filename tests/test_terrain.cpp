@@ -177,23 +177,6 @@ TEST_F(TerrainView, EachKindOfObstacleHasItsSymbol)
     for (auto [x, y] : caret) EXPECT_TRUE(std::abs(x - 300) <= 2 && std::abs(y - 300) <= 2) << x << "," << y;
 }
 
-// An obstacle out of the tile (in the strip east of it), one just off the
-// map's west edge whose symbol would reach into the area, and the selected
-// vertex's frame there are left out whole.
-TEST_F(TerrainView, ObstaclesAndVertexFrameOnlyWhereTheyStandInTheArea)
-{
-    msc.map_dlon = 0.003f;   // the tile's west edge at x 166.6
-    msc.sel_row = 0, msc.sel_col = 40;
-    const float places[2][3] = {{2, 0.5f, 1.02f}, {4, 0.5f, 0}};
-    for (int n = 0; n < 2; n++) obj_type[n] = (int)places[n][0], obj_lat[n] = msc.lat + places[n][1], obj_lon[n] = msc.lon + places[n][2];
-    draw_map();
-    EXPECT_TRUE(of_colour(0).empty());
-    EXPECT_TRUE(of_colour(8).empty());
-    msc.map_dlon = -0.003f;   // the frame's vertex at x 169.4
-    draw_map();
-    EXPECT_FALSE(of_colour(8).empty());
-}
-
 // Cells 10 by 5 units from (200, 10); vertex (10, 10) moved 8 units east.
 TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
 {
@@ -286,27 +269,4 @@ TEST(WaterColour, LevelUpToHalfAMetreAlongEachEdge)
             planey[corner[lifted][0]][corner[lifted][1]] += rise;
             EXPECT_EQ(water_cell_colour(i, j), rise > 0.5f ? light : dark) << "corner " << lifted << " by " << rise;
         }
-}
-
-// A runway's outline on the map: its length along its heading, its width
-// across it, a degree of longitude shorter by the cosine of the latitude
-// (6076.12 feet to a minute of latitude). Within 1e-5 degree: a float
-// latitude of 60 holds no finer.
-TEST(RunwayOutline, LengthAlongTheHeadingAndWidthAcross)
-{
-    fill_constants();
-    const float foot = 1.0f / (6076.12f * 60), along = 5000 * foot, across = 100 * foot;
-    rwy_lat[0] = 60, rwy_lon[0] = 10, rwy_len[0] = 10000, rwy_width[0] = 200;
-    for (const float heading : {0.0f, 90.0f}) {
-        rwy_hdng[0] = heading;
-        // Corner 2 is ahead and to the right: north and east heading north, east and south heading east.
-        const float north = heading == 0 ? along : -across, east = heading == 0 ? across : along;
-        for (const int k : {0, 2}) {
-            float lon, lat;
-            runway_corner(0, k, &lon, &lat);
-            const float sign = k == 2 ? 1.0f : -1.0f;   // corner 0 is back and to the left
-            EXPECT_NEAR(lat - 60, sign * north, 1e-5) << heading << " corner " << k;
-            EXPECT_NEAR((lon - 10) * 0.5f, sign * east, 1e-5) << heading << " corner " << k;
-        }
-    }
 }

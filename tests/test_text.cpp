@@ -33,31 +33,10 @@ static pixel_set stamps(std::initializer_list<placed> chars, pixel_set s = {})
     return s;
 }
 
-static pixel_set baked_string(const char* text, float x, float y, float wrap, float advance)
-{
-    return baked([&] { OGL_string(7, x, y, text, wrap, advance, 101); });
-}
-
 static pixel_set baked_number(float value, int digits, int decimals, float spacing, int signed_flag,
                               float x = 100, float y = 50)
 {
     return baked([&] { OGL_number(7, x, y, value, digits, decimals, spacing, signed_flag, 101); });
-}
-
-TEST_F(TextTest, StringsStampThePatternsOfTheirCharacters)
-{
-    // The space stamps nothing; lower case is the capital; a character without
-    // a pattern of its own takes the underscore's.
-    EXPECT_EQ(baked_string("A% a\"\x80", 10, 20, 999, 6),
-              stamps({{'A', 10, 20}, {'%', 16, 20}, {'A', 28, 20}, {'_', 34, 20}, {'_', 40, 20}}));
-    for (int c : {0x22, 0x60, 0x7B, 0x7D, 0x7F, 0x0A, -56, 300})   // '"', '`', '{', '}' and outside
-        EXPECT_EQ(0, std::memcmp(glyph_rows(c), glyph_rows('_'), 7)) << c;
-    EXPECT_NE(0, std::memcmp(glyph_rows('|'), glyph_rows('_'), 7));   // the last with a pattern of its own
-
-    // In the colour chosen, at the start rounded to a whole unit with the window origin added.
-    mnw.win_x = 100, mnw.win_y = 50;
-    EXPECT_EQ(baked([] { OGL_string(8, 10.5f, 20.4f, "A", 999, 6, 101); }), stamps({{'A', 111, 70}}));
-    EXPECT_EQ(written(8), stamps({{'A', 111, 70}}));
 }
 
 TEST_F(TextTest, NumberFieldShowsLeadingZerosTheStopAndCommas)
@@ -89,26 +68,6 @@ TEST_F(TextTest, NumberTooWideForItsFieldShowsTheShortFormAndTheSignSixLeft)
     EXPECT_EQ(baked_number(-123456, 3, 0, 6, 1), stamped("-", 94, 50, 6, short_form("12x5")));
     mnw.win_x = 20;   // start rounded to a whole unit after the origin is added
     EXPECT_EQ(baked_number(-5, 1, 0, 10, 1, 79.6f, 49.5f), stamped("- 5", 94, 50, 3));
-}
-
-TEST_F(TextTest, WrapBreaksBeforeAWordThatWouldPassTheEdgeAndAtNewlines)
-{
-    // Two two-letter words in a width of 12: the second goes 10 lower, back at the start.
-    EXPECT_EQ(baked_string("ab cd", 50, 100, 12, 6), stamped("ab", 50, 100, 6, stamped("cd", 50, 90, 6)));
-    // A word wider than the width breaks after every character until the rest fits.
-    EXPECT_EQ(baked_string("abcdef", 50, 100, 12, 6),
-              stamps({{'a', 50, 100}, {'b', 50, 90}, {'c', 50, 80}, {'d', 50, 70}}, stamped("ef", 50, 60, 6)));
-    // The look-ahead counts 6 a character whatever the advance: after the space
-    // "bc" ends at 20 + 12 = 32 and after "b" the "c" at 30 + 6 = 36, both
-    // inside 38, though at an advance of 10 they reach 40.
-    EXPECT_EQ(baked_string("a bc", 0, 100, 38, 10), stamped("a bc", 0, 100, 10));
-    EXPECT_EQ(baked_string("a bc", 0, 100, 31, 10), stamped("a", 0, 100, 10, stamped("bc", 0, 90, 10)));
-    // A newline breaks only while wrapping, below a width of 800, and never first;
-    // after a character that already broke the line it breaks once more.
-    EXPECT_EQ(baked_string("a\nb", 0, 100, 799, 6), stamped("a", 0, 100, 6, stamped("b", 0, 90, 6)));
-    EXPECT_EQ(baked_string("a\nb", 0, 100, 800, 6), stamped("ab", 0, 100, 6));
-    EXPECT_EQ(baked_string("\nab", 0, 100, 100, 6), stamped("ab", 0, 100, 6));
-    EXPECT_EQ(baked_string("abc\nd", 0, 100, 12, 6), stamps({{'a', 0, 100}, {'b', 0, 90}, {'c', 0, 80}, {'d', 0, 60}}));
 }
 
 // ---- on OpenGL ----------------------------------------------------------------------------------

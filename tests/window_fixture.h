@@ -83,18 +83,6 @@ inline std::vector<unsigned char> grab_back_buffer()
     return px;
 }
 
-// Back-buffer pixels that are not black.
-inline pixel_set lit_pixels()
-{
-    std::vector<unsigned char> frame = grab_back_buffer();
-    pixel_set lit;
-    for (int y = 0; y < canvas_h; y++)
-        for (int x = 0; x < canvas_w; x++)
-            if (px_at(frame.data(), x, y)[0] | px_at(frame.data(), x, y)[1] | px_at(frame.data(), x, y)[2])
-                lit.insert({x, y});
-    return lit;
-}
-
 // An event filter that lets through only what a test pushes itself: the real
 // pointer and window of the display, which other programs on it may move or
 // cover, stay out.

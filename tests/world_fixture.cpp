@@ -68,23 +68,6 @@ std::string WorldTest::read_file(const std::string& relative)
     return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
-std::string WorldTest::last_log_line()
-{
-    std::ifstream in("Error.out", std::ios::binary);
-    std::string line, last;
-    while (std::getline(in, line))
-        if (!line.empty()) last = line;
-    if (!last.empty() && last.back() == '\r') last.pop_back();
-    return last;
-}
-
-::testing::AssertionResult WorldTest::log_begins(const std::string& start)
-{
-    const std::string line = last_log_line();
-    if (line.rfind("MACIBM_alert: " + start, 0) == 0) return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "the log ends in: " << line;
-}
-
 std::string WorldTest::database(const std::string& head_text, const std::string& body)
 {
     return "I\r\n500 " + head_text + "\r\n" + body + "99\r\n";

@@ -23,10 +23,6 @@ protected:
     // Writes a file below the stand-in program folder, creating its folders.
     void write_file(const std::string& relative, const std::string& bytes);
     std::string read_file(const std::string& relative);
-    // The last line of "Error.out" in the current folder, without its line end.
-    static std::string last_log_line();
-    // That last line is the alert whose text begins with start.
-    static ::testing::AssertionResult log_begins(const std::string& start);
     // A database file with the given record lines, CR LF line ends and the head.
     static std::string database(const std::string& head_text, const std::string& body);
 };
