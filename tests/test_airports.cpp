@@ -14,13 +14,13 @@
 
 namespace {
 
-// Runway r made with mark m: latitude, longitude, heading and code m, side
-// letter 'A' + m, and length 100 m + 100 (so the runs are sorted longest last,
-// the reverse of the screen's order).
+// Runway r made with mark m: latitude, longitude, heading, width and code m,
+// side letter 'A' + m, and length 100 m + 100 (so the runs are sorted longest
+// last, the reverse of the screen's order).
 void make_runway(int r, int m)
 {
-    rwy_lat[r] = rwy_lon[r] = rwy_hdng[r] = (float)m, rwy_code[r] = m, rwy_lcr[r] = (char)('A' + m);
-    rwy_len[r] = 100.0f * m + 100, rwy_width[r] = 0, rwy_num[r] = 1;
+    rwy_lat[r] = rwy_lon[r] = rwy_hdng[r] = rwy_width[r] = (float)m, rwy_code[r] = m, rwy_lcr[r] = (char)('A' + m);
+    rwy_len[r] = 100.0f * m + 100, rwy_num[r] = 1;
 }
 
 // Airports with the given numbers of runways, runway r made with mark r.
@@ -56,7 +56,8 @@ std::string lats(int first, int last)
     std::string text;
     for (int r = first; r <= last; r++) {
         const int m = (int)rwy_lat[r];
-        const bool made = rwy_lon[r] == m && rwy_hdng[r] == m && rwy_code[r] == m && rwy_lcr[r] == (char)('A' + m);
+        const bool made = rwy_lon[r] == m && rwy_hdng[r] == m && rwy_width[r] == m && rwy_code[r] == m &&
+                          rwy_lcr[r] == (char)('A' + m);
         text += std::to_string(m) + (made ? " " : "! ");
     }
     return text;
@@ -97,17 +98,19 @@ TEST_F(AirportTables, RunwayRowsShowBothEnds)
 TEST_F(AirportTables, AirportsComeWithARunwayAndGoWithTheirs)
 {
     make_airports({2, 4, 1});
+    sort_runways(0, 1);   // longest first, every field with its runway
+    EXPECT_EQ(lats(0, 1), "1 0 ");
     msc.apt_sel = 1;
     adddel_aptrwy(1, 0, 0);   // its four runways go with it
     expect_runs({{0, 1}, {2, 2}});
-    EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 6 ");
+    EXPECT_EQ(lats(0, rwy_wrl_max), "1 0 6 ");
     EXPECT_EQ(std::tuple(std::string(apt_name[1]), apt_h[1], apt_twr[1], apt_bld[1]), std::tuple("A2", 2.0f, 0, 0));
 
     msc.apt_sel = 0;   // a new first airport takes the run from 0
     adddel_aptrwy(1, 1, 0);
     expect_runs({{0, 0}, {1, 2}, {3, 3}});
     EXPECT_STREQ(apt_name[0], "Untitled");
-    EXPECT_EQ(lats(0, rwy_wrl_max), "0! 0 1 6 ");   // lying on the runway it went in ahead of
+    EXPECT_EQ(lats(0, rwy_wrl_max), "1! 1 0 6 ");   // lying on the runway it went in ahead of
     EXPECT_EQ(msc.rwy_sel, 0);
 
     msc.apt_sel = 0;   // deleting every airport leaves an empty table

@@ -19,6 +19,7 @@ TEST_F(SampleWorld, LoadsWholeSavesTheSameBytesAndItsCoastsFit)
     load_airports();
     load_navaids();
     EXPECT_GT(msc.coast_num, 1000);   // the real shore, not a handful of dots
+    EXPECT_TRUE(std::all_of(coast_lat, coast_lat + msc.coast_num, [](float lat) { return lat >= 33 && lat <= 34; }));
     // Written back unchanged: a record missed or a runway under the wrong airport would show.
     const std::string apt_before = read_file("additional nav data/Earth/apt.dat");
     const std::string nav_before = read_file("additional nav data/Earth/nav.dat");

@@ -151,8 +151,13 @@ TEST_F(TileFile, MissingFileOrWrongHeadLaysABlankWaterTile)
     EXPECT_FLOAT_EQ(planey[3][3], 0);
     EXPECT_EQ(is_water[3][3], 1);
     EXPECT_EQ(msc.coast_num, 0);
+    // Its folder is missing too: the save warns and the tile stays changed.
+    msc.ter_dirty = 1;
+    expect_alert("I could not save the file!");
+    writeout(200);
+    EXPECT_EQ(msc.ter_dirty * 10 + (int)alerts_seen().size(), 11);
 
-    // A file of another version or letter counts as missing.
+    // A file of another version or letter counts as missing; one cut in its vertices is fatal.
     msc.lat = 33;
     msc.lon = -119;
     writeout(200);
@@ -165,6 +170,8 @@ TEST_F(TileFile, MissingFileOrWrongHeadLaysABlankWaterTile)
         read_terrain();
         EXPECT_FLOAT_EQ(planey[0][0], 0) << "byte " << at << " made " << value;   // laid blank
     }
+    write_file(tile_file, good.substr(0, 1000));
+    EXPECT_FATAL_ALERT(read_terrain(), "File-scanning error!");
 }
 
 // Names that leave their folder are kept and written back, never opened, and
