@@ -9,7 +9,13 @@ static const char* const nav_file = "additional nav data/Earth/nav.dat";
 class Databases : public WorldTest {
 protected:
     void write_apt(const std::string& body) { write_file(apt_file, database("Airports of the test", body)); }
-    void write_nav(const std::string& body) { write_file(nav_file, database("Navaids of the test", body)); }
+    // Written with CR-only line ends, as old files may have them.
+    void write_nav(const std::string& body)
+    {
+        std::string text = database("Navaids of the test", body);
+        for (size_t at; (at = text.find("\r\n")) != std::string::npos;) text.erase(at + 1, 1);
+        write_file(nav_file, text);
+    }
 };
 
 TEST_F(Databases, AirportLinesStandInTheirColumns)
