@@ -25,7 +25,7 @@ TEST_F(TextureLoad, TextureTexelsAreTheFilesPixels)
         C_to_C(folder.c_str(), app_path);
         int width = 0, height = 0;
         max_texture_size_override = limit;
-        const int loaded = OGL_texbmp(-100, 61, 0, 0, "pic", &width, &height, 1.0f);
+        const int loaded = OGL_texbmp(-100, 61, 0, w == h ? -104 : 0, "pic", &width, &height, 1.0f);   // square: mipmapped
         max_texture_size_override = 0;
         C_to_C(kept_path, app_path);
         ASSERT_EQ(loaded, 1);
@@ -40,6 +40,12 @@ TEST_F(TextureLoad, TextureTexelsAreTheFilesPixels)
                 const unsigned char* t = &texels[(y * w + x) * 3];
                 wrong += t[0] != p.r || t[1] != p.g || t[2] != p.b;
             }
+        if (w == h) {   // loaded mipmapped: level 1 holds the truncated means of four texels (red here)
+            glGetTexImage(GL_TEXTURE_2D, 1, GL_RGB, GL_UNSIGNED_BYTE, texels.data());
+            auto red = [&](int x, int y) { return pixel(x, y).r + pixel(x + 1, y).r + pixel(x, y + 1).r + pixel(x + 1, y + 1).r; };
+            for (int y = 0; y < h / 2; y++)
+                for (int x = 0; x < w / 2; x++) wrong += texels[(y * w / 2 + x) * 3] != red(2 * x, 2 * y) / 4;
+        }
         EXPECT_EQ(wrong, 0) << w << " by " << h;
     }
     std::filesystem::remove_all(folder);
