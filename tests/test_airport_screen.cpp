@@ -6,7 +6,6 @@
 #include "hl/Hl_btn.h"
 #include "hl/Hl_funct.h"
 
-
 namespace {
 
 const float box_x1 = 325, box_y1 = 155, box_x2 = 778, box_y2 = 564;   // centre 551.5, 359.5

@@ -71,7 +71,6 @@ static long long scripted_clock()
     return fake_ms;
 }
 
-
 // The start folder of the texture dialog: the folder "Sub" (item 0), the files
 // f00.bmp to f57.bmp and a name of 31 characters (items 1 to 59), the folder
 // "zz" (item 60); a name of 32 characters and notes.txt are left out.
