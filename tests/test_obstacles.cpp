@@ -49,4 +49,9 @@ TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)
     obj_type[4] = 7;
     at(149, 279, 1);
     EXPECT_EQ(obj_hddz[4] * 10 + mnw.tip[0], 20);
+    for (int n = 0; n < obj_cap; n++) put(n, 1, 50, 10);   // a full table refuses a new one, with a warning
+    msc.obj_sel = 7;
+    expect_alert("The obstacle table is full!");
+    on(33.5f, -118.5f, 1);
+    EXPECT_EQ(msc.obj_sel * 10 + (int)alerts_seen().size(), 71);
 }

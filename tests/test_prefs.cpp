@@ -32,8 +32,7 @@ TEST_F(Prefs, ValuesOutOfRangeTakeTheirDefaultsAndAPlaceReadsBack)
     keep_place_in_range();
     keep_selections_in_tables();
     EXPECT_EQ(place(), "33.000000 -119.000000 tool 0 screen 202 0 0");   // a screen that exists stays
-    msc.apt_sel = 4;
-    msc.nav_sel = 2;
+    msc.apt_sel = 4, msc.nav_sel = 2;
     keep_selections_in_tables();   // rows in use stay
     EXPECT_EQ(place(), "33.000000 -119.000000 tool 0 screen 202 4 2");
     nav_type[2] = 0;
@@ -54,11 +53,9 @@ TEST_F(Prefs, ValuesOutOfRangeTakeTheirDefaultsAndAPlaceReadsBack)
     EXPECT_EQ(place(), "-99.000000 999.000000 tool 4 screen 200 4 2");
 
     // A letter typed with a selection far outside the table edits nothing.
-    msc.screen = 202;
-    msc.apt_sel = 5000000;
+    msc.screen = 202, msc.apt_sel = 5000000;
     MACIBM_handlekey('A');
-    msc.screen = 203;
-    msc.nav_sel = -7;
+    msc.screen = 203, msc.nav_sel = -7;
     MACIBM_handlekey('A');
     EXPECT_STREQ(g_cs_input, "aa");   // the letters stand on the edit line alone
 }

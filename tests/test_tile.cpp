@@ -133,10 +133,8 @@ TEST_F(TileFile, TileOfTheOtherByteOrderReadsTheSame)
 
 TEST_F(TileFile, MissingFileOrWrongHeadLaysABlankWaterTile)
 {
-    msc.lat = -5;
-    msc.lon = 12;
-    planey[3][3] = 99;
-    is_water[3][3] = 0;
+    msc.lat = -5, msc.lon = 12;
+    planey[3][3] = 99, is_water[3][3] = 0;
     msc.coast_num = 17;
     // Left over from an earlier read: slot 0 in this tile goes, slot 1 outside it stays.
     obj_type[0] = obj_type[1] = 2;
@@ -158,8 +156,7 @@ TEST_F(TileFile, MissingFileOrWrongHeadLaysABlankWaterTile)
     EXPECT_EQ(msc.ter_dirty * 10 + (int)alerts_seen().size(), 11);
 
     // A file of another version or letter counts as missing; one cut in its vertices is fatal.
-    msc.lat = 33;
-    msc.lon = -119;
+    msc.lat = 33, msc.lon = -119;
     writeout(200);
     const std::string good = read_file(tile_file);
     for (auto [at, value] : {std::pair{1, 5}, {1, 3}, {0, 'x'}}) {
@@ -172,6 +169,11 @@ TEST_F(TileFile, MissingFileOrWrongHeadLaysABlankWaterTile)
     }
     write_file(tile_file, good.substr(0, 1000));
     EXPECT_FATAL_ALERT(read_terrain(), "File-scanning error!");
+    // The coast holds 3000 points of a tile; one more is fatal.
+    std::string pairs = "I\r\n1 version\r\n";
+    for (int k = 0; k <= coast_cap; k++) pairs += "33.5 -118.5\n";
+    write_file("additional nav data/coastlines/+030-120.cst", pairs);
+    EXPECT_FATAL_ALERT(read_coast(), "Too many coastline points!");
 }
 
 // Names that leave their folder are kept and written back, never opened, and
