@@ -198,11 +198,9 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
 
     // A glideslope shows heading 123 and slope 3.00, and packs them back.
     OGL_assign_colortable();
-    to_array = 1;
-    mnw.mouse_click = mnw.mouse_down = 0;
+    to_array = 1, mnw.mouse_click = mnw.mouse_down = 0;
     nav_hdng[3] = 300123.0f;
-    nav_list_type = 6;
-    msc.nav_sel = 3;
+    nav_list_type = 6, msc.nav_sel = 3;
     handle_nav();
     EXPECT_EQ(nav_hdng[3], 300123.0f);
     nav_hdng[3] = 300359.5f;   // a fractional heading is rounded when it is split
@@ -236,8 +234,7 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     handle_nav();
     EXPECT_EQ(nav_type[nav_cap - 1] * 10 + nav_type[5], 94);
     EXPECT_EQ(alerts_seen().size(), 1u);
-    to_array = 0;
-    mnw.mouse_click = 0;
+    to_array = mnw.mouse_click = 0;
 }
 
 }   // namespace

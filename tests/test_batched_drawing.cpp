@@ -86,9 +86,7 @@ static void craft_tile(int screen, int textured, int zoom_steps)
         obj_lat[n] = 33.5f + 0.0035f * (n % 6);
         obj_lon[n] = -118.5f + 0.005f * (n / 6);
     }
-    obj_type[40] = 2;   // far from the cluster
-    obj_lat[40] = 33.9f;
-    obj_lon[40] = -118.1f;
+    obj_type[40] = 2, obj_lat[40] = 33.9f, obj_lon[40] = -118.1f;   // far from the cluster
     msc.coast_num = 4;
     for (int n = 0; n < 4; n++) {
         coast_lat[n] = obj_lat[sel] + 0.002f * n;
@@ -97,11 +95,8 @@ static void craft_tile(int screen, int textured, int zoom_steps)
     apt_wrl_max = rwy_wrl_max = 0;
     apt_lo_ind[0] = apt_hi_ind[0] = 0;
     rwy_lat[0] = 33.45f, rwy_lon[0] = -118.52f, rwy_hdng[0] = 35, rwy_len[0] = 9000, rwy_width[0] = 150;
-    msc.screen = screen;
-    msc.obj_sel = sel;
-    msc.sel_row = 28;   // under the runway
-    msc.sel_col = 36;
-    msc.show_tex = textured;
+    msc.screen = screen, msc.obj_sel = sel, msc.show_tex = textured;
+    msc.sel_row = 28, msc.sel_col = 36;   // under the runway
     for (int k = 0; k < zoom_steps; k++) APPLICATION_handlemenu(cmd_zoom_in);
     assign_terrain_texes(0, 0);
 }

@@ -26,8 +26,7 @@ TEST_F(Prefs, ValuesOutOfRangeTakeTheirDefaultsAndAPlaceReadsBack)
 {
     write_file("config/Norvane/Norvane Tile-Forger.prf",
                "I\r\n543 version\r\n1e30\r\n-2147483648\r\n5\r\n202\r\n5000000\r\n-3\r\n");
-    apt_wrl_max = 4;
-    nav_type[2] = 3;
+    apt_wrl_max = 4, nav_type[2] = 3;
     EXPECT_EQ(handle_prefs(0, 5, path), 1);
     keep_place_in_range();
     keep_selections_in_tables();

@@ -54,8 +54,7 @@ inline void bring_up_platform()
 inline void reset_drawing_state(float clear_blue = 0)
 {
     mnw.win_x = mnw.win_y = 0;
-    mnw.scr_x = 800;
-    mnw.scr_y = 600;
+    mnw.scr_x = 800, mnw.scr_y = 600;
     MACIBM_set_scale();
     to_array = 0;
     r_manual_lighting = g_manual_lighting = b_manual_lighting = 1.0f;
