@@ -68,6 +68,16 @@ protected:
     }
 };
 
+// A panel's magenta leaves what the canvas held there.
+TEST_F(BitmapLoad, PanelKeepsWhatLiesUnderItsMagenta)
+{
+    write_file("pics/two.BMP", bmp_bytes(2, 1, [](int x, int) { return x ? bmp_rgb{255, 0, 255} : bmp_rgb{9, 8, 7}; }));
+    std::memset(rgb_array, 0x33, sizeof rgb_array);
+    ASSERT_EQ(load(-101, 10, 20, "pics:two"), 1);
+    const unsigned char* p = rgb_array + (20 * canvas_w + 10) * 4;
+    EXPECT_EQ(std::vector<int>(p, p + 8), (std::vector<int>{9, 8, 7, 255, 0x33, 0x33, 0x33, 0x33}));
+}
+
 // 1024 by 1024 at three bytes a pixel is more than the 1920000 bytes of the
 // scratch area: the load stops at the first pixel that would pass its end, so
 // the rest of rgb_array (and what lies behind it) is never written.

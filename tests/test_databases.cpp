@@ -26,6 +26,7 @@ TEST_F(Databases, AirportLinesStandInTheirColumns)
               "1 12.6 2 0 ABC  Three letters\r\n"
               "10 33.1 -118.1 36 R 360 3000 75 10111111\r\n");
     load_airports();
+    EXPECT_EQ(apt_wrl_max * 10 + rwy_wrl_max, 12);   // two airports, three runways, from the tables' start
     apt_twr[1] = 5;   // any flag but 0 goes out as 1
     writeout(202);
     EXPECT_EQ(read_file(apt_file),

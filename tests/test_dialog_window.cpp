@@ -132,6 +132,7 @@ TEST_F(DialogLoop, GoingUpStopsAtTheStartFolderWhereEveryDialogStarts)
     EXPECT_EQ(after.back().substr(0, 5), "./zz/");
     run(win_open_dialog, {{'c', cancel_x, cancel_y}});
     EXPECT_EQ(first_frame_items, 61);
+    EXPECT_TRUE(std::is_sorted(g_name, g_name + 61, [](auto a, auto b) { return std::strcmp(a, b) < 0; }));
 }
 
 // ---- what the dialog draws --------------------------------------------------------------------
