@@ -1,6 +1,7 @@
-// The bitmap loader: a picture loaded as a texture holds the file's pixels,
-// and a picture too large for the loader's scratch area is fatal before a
-// byte lands behind it.
+// The bitmap loader: a picture loaded as a texture holds the file's pixels
+// (and its mip levels their means), a panel keeps what lies under its
+// magenta, and a picture too large for the loader's scratch area is fatal
+// before a byte lands behind it.
 #include "bitmap_files.h"
 #include "window_fixture.h"
 #include "world_fixture.h"

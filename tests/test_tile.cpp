@@ -1,5 +1,6 @@
 // The tile file: names, the byte layout, what changes on the way through a
-// write and a read, the blank tile, and names that leave their folder.
+// write and a read, the blank tile and its save into a missing folder, broken
+// files, the coast's limit, and names that leave their folder.
 #include "app/Utils.h"
 #include "world_fixture.h"
 
