@@ -1,8 +1,7 @@
-// The coastline tool on made-up shores, checked by loading what it writes
-// with the editor's own coast load.
+// The coastline tool on made-up shores: GMT's segments read, and points
+// spaced evenly along them at each tile's own spacing.
 #include "world_fixture.h"
 
-#include "app/Utils.h"
 #include "tools/coast_gen.h"
 
 #include <sstream>
