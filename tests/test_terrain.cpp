@@ -219,7 +219,7 @@ TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
     }
 }
 
-TEST_F(TerrainScreen, ZoomButtonAndTextureListRowsAndScrolling)
+TEST_F(TerrainScreen, ZoomTileElevationAndTextureList)
 {
     msc.screen = 200;
     frame_at(131, 569, 0);   // ZOOM + held from an earlier click does nothing; a click zooms once
@@ -254,6 +254,8 @@ TEST_F(TerrainScreen, ZoomButtonAndTextureListRowsAndScrolling)
     EXPECT_EQ(tex_list_top, 0);
     frame_at(ter_lon_spinner.x + 25, ter_lon_spinner.y + 12, 1);   // and the longitude's: east
     EXPECT_FLOAT_EQ(msc.lon, -118);
+    frame_at(ter_elev_spinner.x + 15, ter_elev_spinner.y + 12, 1);   // the selected vertex up 1000 ft
+    EXPECT_NEAR(planey[1][1], 304.8f, 0.01f);
 }
 
 // A water cell is level while its three looked-at edges rise by at most half
