@@ -21,12 +21,13 @@ int orientation_of(const float st[2][2][2])
 }  // namespace
 
 // Only digits make a number (the ids of the menu file go through these), and
-// a number comes back as decimal text without leading zeros.
+// a number comes back as decimal text without leading zeros; rounding takes halves away from 0.
 TEST(Helpers, OnlyDigitsMakeANumberAndNumbersComeBackAsDigits)
 {
     EXPECT_EQ(str_is_int("-5"), 0);
     for (auto [text, value] : {std::pair{"", -1}, {"00042", 42}, {"12345", 12345}, {"123456", -1}, {"-5", -1}})
         EXPECT_EQ(str_to_int(text), value) << text;
+    for (auto [x, n] : {std::pair{0.7f, 1}, {0.3f, 0}, {-0.7f, -1}, {-2.5f, -3}}) EXPECT_EQ(intround(x), n) << x;
     // And back: no leading zeros, each number of digits at its first value.
     char out[12];
     for (auto [value, text] : {std::pair{0, "0"}, {-7, "-7"}, {10, "10"}, {100, "100"}, {1000, "1000"}, {10000, "10000"},
