@@ -150,7 +150,7 @@ TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
 {
     make_airports({4});
     const char sides[4] = {'L', 'C', 'R', 'x'};
-    const int codes[4] = {2345123, 11466466, 10111111, 1111111};   // surfaces i, h, L and M
+    const int codes[4] = {9345123, 11466466, 10111111, 1111111};   // surfaces y (the last place), h, L and M
     for (int r = 0; r < 4; r++) rwy_len[r] = 4000.0f - 1000 * r, rwy_lcr[r] = sides[r], rwy_code[r] = codes[r];
     apt_h[0] = 125, apt_twr[0] = 1, apt_bld[0] = 0;
     for (int r = 0; r < 4; r++) {
@@ -165,7 +165,8 @@ TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
     screen_frame(470, 130);   // the tower: no
     screen_frame(660, 130);   // the buildings: yes
     screen_frame(160, 130);   // a foot higher
-    EXPECT_EQ(record(2), "126 01 x 2111111");
+    screen_frame(560, 90);    // the first end's slope lights: VASI
+    EXPECT_EQ(record(2), "126 01 x 2211111");
     screen_frame(260, 60);
     EXPECT_EQ(rwy_lcr[2], 'R');
     screen_frame(238, 84);   // the runway number's units up from 0, then down twice: no number below 0
