@@ -127,8 +127,11 @@ TEST_F(AirportTables, AirportsComeWithARunwayAndGoWithTheirs)
 
 TEST_F(AirportTables, FullTablesRefuseAndLoseNothing)
 {
-    make_airports({1, rwy_cap - 1});   // every runway slot taken
     msc.apt_sel = msc.rwy_sel = 0;
+    make_airports({20});   // the runway list shows nineteen rows, down to y 156
+    screen_frame();
+    EXPECT_EQ(written(7, 25, 146, 60, 17).size(), written(7, 25, 156, 60, 7).size());
+    make_airports({1, rwy_cap - 1});   // every runway slot taken
     // The screen's ADD AIRPORT and ADD RUNWAY.
     expect_alert("The runway table is full!");
     screen_frame(150, 364);
