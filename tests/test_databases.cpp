@@ -39,6 +39,10 @@ TEST_F(Databases, AirportLinesStandInTheirColumns)
               "1     13 1 0 ABC  Three letters\r\n"
               "10  33.0999985 -118.0999985 36 R 360.00  3000   75 10111111\r\n"
               "99\r\n");
+    std::string runways = "1 125 1 1 KLAX Los Angeles Intl\r\n";   // one runway more than the table holds
+    for (int k = 0; k <= rwy_cap; k++) runways += "10 33.9 -118.4 7 x 90 3000 75 1111111\r\n";
+    write_apt(runways);
+    EXPECT_FATAL_ALERT(load_airports(), "Too many runways in apt.dat file!");
 }
 
 TEST_F(Databases, NavaidLinesStandInTheirColumns)
