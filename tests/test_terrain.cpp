@@ -128,7 +128,7 @@ TEST_F(TerrainView, WaterByItsSlopeLandByHeightAndGridOnlyAboveZoomTwo)
 }
 
 // A coast point is a dot as many pixels across as the zoom.
-TEST_F(TerrainView, CoastDotsGrowWithTheZoom)
+TEST_F(TerrainView, CoastDotsGrowWithTheZoomAndRunwaysShowOnTheirTile)
 {
     msc.coast_num = 1;
     coast_lat[0] = 33.01f, coast_lon[0] = -118.99f;
@@ -137,6 +137,14 @@ TEST_F(TerrainView, CoastDotsGrowWithTheZoom)
         draw_map();
         EXPECT_EQ(of_colour(0).size(), (size_t)(zoom * zoom)) << "zoom " << zoom;
     }
+    // A runway in the middle of the tile to the east shows in grey (15) on that tile only.
+    apt_wrl_max = rwy_wrl_max = apt_lo_ind[0] = apt_hi_ind[0] = 0;
+    rwy_lat[0] = 33.5f, rwy_lon[0] = -117.5f, rwy_len[0] = 9000, rwy_width[0] = 3000, msc.map_zoom = 1;
+    draw_map();
+    EXPECT_EQ(of_colour(15).size(), 0u);
+    msc.lon = -118;
+    draw_map();
+    EXPECT_TRUE(shows((int)ret_x(-117.5f, 33.5f), (int)ret_y(33.5f), 15));
 }
 
 // The pixels of lines between whole places, both ends lit: along an axis or at 45 degrees.
