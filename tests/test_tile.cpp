@@ -127,8 +127,13 @@ TEST_F(TileFile, TileOfTheOtherByteOrderReadsTheSame)
     write_file(tile_file, f);
     const std::string before = grid_bytes();
     lay_flat_grid();
+    std::memset(planest, 0, sizeof planest);
     read_terrain();
     EXPECT_TRUE(grid_bytes() == before) << "the vertex tables changed";
+    for (int o = st_r1; o <= st_r3; o++) {   // cells (5, 50) to (7, 50) come back turned as they were
+        set_orientation(0, 0, o, 0);
+        EXPECT_EQ(std::memcmp(planest[0][0], planest[4 + o][50], sizeof planest[0][0]), 0) << o;
+    }
     EXPECT_STREQ(msc.ter_tex_name[3], "rock face");
 }
 
