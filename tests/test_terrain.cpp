@@ -183,6 +183,8 @@ TEST_F(TerrainView, EachKindOfObstacleHasItsSymbol)
     for (auto p : lines({{-2, -2, -2, -2}, {2, -2, 2, -2}, {-1, 0, -1, 0}, {1, 0, 1, 0}, {0, 2, 0, 2}}, 300, 300))
         EXPECT_EQ(caret.count(p), 1u) << p.first << "," << p.second;
     for (auto [x, y] : caret) EXPECT_TRUE(std::abs(x - 300) <= 2 && std::abs(y - 300) <= 2) << x << "," << y;
+    obj_lat[0] = 33, draw_map();   // on the tile's south edge, the map's lowest row: still drawn
+    EXPECT_GT(of_colour(0).size(), 2u);
 }
 
 // Cells 10 by 5 units from (200, 10); vertex (10, 10) moved 8 units east.
