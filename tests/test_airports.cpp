@@ -162,6 +162,7 @@ TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
         EXPECT_EQ(record(r), "125 10 " + std::string(1, sides[r]) + " " + std::to_string(codes[r]));
     }
     EXPECT_EQ(written(7, 115, 119, 50, 7), stamped(",", 133, 119, 6, stamped("00125", 118, 119, 10)));   // 00,125 ft
+    EXPECT_EQ(written(7, 223, 74, 20, 7), stamped("01", 226, 74, 10));   // the runway's number
     msc.rwy_sel = 2;
     screen_frame(290, 40);    // the surface selector steps on from its first place
     screen_frame(260, 90);    // the side button from R back round to x
