@@ -83,10 +83,7 @@ int list_after(float x, float y, int click, int down, int repeat, int selected, 
 
 TEST_F(AirportScreen, NameListRowsArrowsAndKnob)
 {
-    for (int k = 0; k < 40; k++) {
-        std::snprintf(names[k], 40, "Airport %d", k);
-        std::snprintf(ids[k], 5, "K%03d", k);
-    }
+    for (int k = 0; k < 40; k++) std::snprintf(names[k], 40, "Airport %d", k), std::snprintf(ids[k], 5, "K%03d", k);
     // A row above the middle one is picked by a click 2 units higher than its frame.
     EXPECT_EQ(list_after(100, 498 + 12, 1, 1, 0, 10), 9);
     EXPECT_EQ(list_after(100, 498 - 8, 1, 1, 0, 10), 11);

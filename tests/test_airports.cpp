@@ -191,10 +191,7 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
 {
     std::fill(nav_type, nav_type + nav_cap, 0);
     const int types[6] = {2, 2, 3, 6, 6, 4};
-    for (int k = 0; k < 6; k++) {
-        nav_type[k] = types[k];
-        nav_lat[k] = (float)k;
-    }
+    for (int k = 0; k < 6; k++) nav_type[k] = types[k], nav_lat[k] = (float)k;
     int first, last;
     navaid_run(6, &first, &last);
     EXPECT_EQ(std::pair(first, last), std::pair(3, 4));
@@ -204,6 +201,7 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     // A glideslope shows heading 123 and slope 3.00, and packs them back.
     OGL_assign_colortable();
     to_array = 1, mnw.mouse_click = mnw.mouse_down = 0;
+    auto click = [](float x, float y) { mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = 1, handle_nav(); };
     nav_hdng[3] = 300123.0f;
     nav_list_type = 6, msc.nav_sel = 3;
     handle_nav();
@@ -213,30 +211,25 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     EXPECT_EQ(nav_hdng[3], 300360.0f);
     // The latitude spinner, DD.ddddd: the upper half of its units column adds a degree.
     nav_lat[3] = 33.5f;
-    mnw.mouse_x = 416, mnw.mouse_y = 254, mnw.mouse_click = 1;
-    handle_nav();
+    click(416, 254);
     EXPECT_FLOAT_EQ(nav_lat[3], 34.5f);
     nav_frq[3] = 11360;   // the frequency's fifth column is its units
-    mnw.mouse_x = 436, mnw.mouse_y = 82, mnw.mouse_click = 1;
-    handle_nav();
+    click(436, 82);
     EXPECT_EQ(nav_frq[3], 11361);
 
-    mnw.mouse_x = 400, mnw.mouse_y = 360, mnw.mouse_click = 1;   // ADD NAVAID
-    handle_nav();
+    click(400, 360);   // ADD NAVAID
     EXPECT_EQ(msc.nav_sel, 5);
     EXPECT_STREQ(nav_name[5], "Untitled");
     EXPECT_EQ(std::vector<int>(nav_type + 3, nav_type + 7), (std::vector<int>{6, 6, 6, 4}));   // the rest up by one
     EXPECT_EQ(nav_lat[6], 5.0f);
-    mnw.mouse_y = 385;              // DELETE NAVAID closes the table up again
-    handle_nav();
+    click(400, 385);   // DELETE NAVAID closes the table up again
     EXPECT_EQ(nav_type[5], 4);
     EXPECT_EQ(nav_type[nav_cap - 1], 0);   // the last slot freed, not doubled
     EXPECT_EQ(msc.nav_sel, 4);      // held in the run of glideslopes
 
     nav_type[nav_cap - 1] = 9;      // a full table refuses the add
-    mnw.mouse_y = 360;
     expect_alert("The navaid table is full!");
-    handle_nav();
+    click(400, 360);
     EXPECT_EQ(nav_type[nav_cap - 1] * 10 + nav_type[5], 94);
     EXPECT_EQ(alerts_seen().size(), 1u);
     to_array = mnw.mouse_click = 0;

@@ -88,10 +88,7 @@ static void craft_tile(int screen, int textured, int zoom_steps)
     }
     obj_type[40] = 2, obj_lat[40] = 33.9f, obj_lon[40] = -118.1f;   // far from the cluster
     msc.coast_num = 4;
-    for (int n = 0; n < 4; n++) {
-        coast_lat[n] = obj_lat[sel] + 0.002f * n;
-        coast_lon[n] = obj_lon[sel] - 0.003f + 0.002f * n;
-    }
+    for (int n = 0; n < 4; n++) coast_lat[n] = obj_lat[sel] + 0.002f * n, coast_lon[n] = obj_lon[sel] - 0.003f + 0.002f * n;
     apt_wrl_max = rwy_wrl_max = 0;
     apt_lo_ind[0] = apt_hi_ind[0] = 0;
     rwy_lat[0] = 33.45f, rwy_lon[0] = -118.52f, rwy_hdng[0] = 35, rwy_len[0] = 9000, rwy_width[0] = 150;

@@ -30,10 +30,7 @@ TEST_F(MapView, PointerReadoutInDegreesMinutesSecondsAndDecimal)
 TEST(CellPick, SkewedCellHoldsWhatLiesInsideItsEdgesOnly)
 {
     const float corners[4][4] = {{5, 5, 100, 100}, {5, 6, 110, 120}, {6, 6, 130, 120}, {6, 5, 120, 100}};
-    for (const auto& c : corners) {
-        flt_plotx[(int)c[0]][(int)c[1]] = c[2];
-        flt_ploty[(int)c[0]][(int)c[1]] = c[3];
-    }
+    for (const auto& c : corners) flt_plotx[(int)c[0]][(int)c[1]] = c[2], flt_ploty[(int)c[0]][(int)c[1]] = c[3];
     const struct { float x, y; int held; } points[] = {
         {105, 101, 1}, {127, 115, 1}, {112, 119.5f, 1},   // inside, near the leaning edges and the top
         {101, 110, 0}, {128, 105, 0},                      // in the square, outside the lean

@@ -6,11 +6,7 @@
 class Prefs : public WorldTest {
 protected:
     char path[path_len];
-    void SetUp() override
-    {
-        WorldTest::SetUp();
-        C_plus_C(app_path, "config/Norvane/Norvane Tile-Forger.prf", path);
-    }
+    void SetUp() override { WorldTest::SetUp(), C_plus_C(app_path, "config/Norvane/Norvane Tile-Forger.prf", path); }
 };
 
 // The place, the tool, the screen and the selections, as one line.

@@ -14,11 +14,7 @@
 #include <string>
 
 struct TextTest : ::testing::Test {
-    void SetUp() override
-    {
-        OGL_assign_colortable();
-        mnw.win_x = mnw.win_y = 0;
-    }
+    void SetUp() override { OGL_assign_colortable(), mnw.win_x = mnw.win_y = 0; }
 };
 
 struct placed { int c, x, y; };
@@ -26,10 +22,7 @@ struct placed { int c, x, y; };
 // The pixels of single characters, each standing on its (x, y).
 static pixel_set stamps(std::initializer_list<placed> chars, pixel_set s = {})
 {
-    for (const placed& p : chars) {
-        const char text[2] = {(char)p.c, 0};
-        s = stamped(text, p.x, p.y, 6, s);
-    }
+    for (const placed& p : chars) s = stamped(std::string(1, (char)p.c).c_str(), p.x, p.y, 6, s);
     return s;
 }
 

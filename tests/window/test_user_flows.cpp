@@ -292,8 +292,7 @@ TEST_F(Flows, NewAirportAndGlideslopeAreSaved)
     EXPECT_EQ(lines[0], "1      0 0 0 0000 Newfield\r");   // in its columns, as the database test has them
     // Two new runways of 2000 by 100, then the airport that was first.
     EXPECT_EQ(lines[1].substr(0, 2), "10");
-    EXPECT_NE(lines[1].find(" 2000 "), std::string::npos) << lines[1];
-    EXPECT_NE(lines[2].find(" 2000 "), std::string::npos) << lines[2];
+    for (int k : {1, 2}) EXPECT_NE(lines[k].find(" 2000 "), std::string::npos) << lines[k];
     EXPECT_NE(lines[3].find("KLAX Los Angeles Intl"), std::string::npos) << lines[3];
     // The next start comes back to this tile, screen and airport (whole
     // degrees without decimals, as the database's save left the stream).

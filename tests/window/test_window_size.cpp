@@ -48,8 +48,7 @@ int tool_after_quit()
     EXPECT_EQ(exit_status(300), 0) << "the program did not end on the close";
     std::ifstream in(in_dir("config/Norvane/Norvane Tile-Forger.prf"));
     std::string token;
-    for (int k = 0; k < 6 && in >> token; k++) {
-    }
+    for (int k = 0; k < 6 && in >> token; k++) {}
     return in ? std::atoi(token.c_str()) : -1;
 }
 
