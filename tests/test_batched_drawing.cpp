@@ -58,10 +58,15 @@ static void primitive_scene()
     mnw.win_x = 0;
 }
 
-TEST_F(BatchedDrawing, PrimitivesMatchOneAtATime)
+TEST_F(BatchedDrawing, PrimitivesMatchOneAtATimeAndTextLightsOnlyItsGlyphs)
 {
     const auto one = drawn(0, primitive_scene), batched = drawn(1, primitive_scene);
     EXPECT_GT(pixels_differing(one, drawn(0, [] {})), 5000);   // lit on the cleared buffer
+    auto box = [] { OGL_fillrect(3, 220, 40, 20, 20); };   // an M on a box: of its cell only the glyph changes
+    const auto m = drawn(0, [&] { box(), OGL_string(7, 227, 50, "M", 999, 6, 101); });
+    int lit = 0;
+    for (int x = 227; x < 232; x++) for (int y = 48; y < 58; y++) lit += has_colour(px_at(m.data(), x, y), 7);
+    EXPECT_TRUE(lit > 10 && pixels_differing(m, drawn(0, box), 227, 48, 5, 10) == lit) << lit;
     EXPECT_EQ(pixels_differing(one, batched), 0);
 }
 
