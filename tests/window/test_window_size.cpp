@@ -13,8 +13,7 @@ const float lamp_x = 10, lamp_y[5] = {459, 390, 324, 280, 236};
 
 std::vector<unsigned long> lamp_pixels(const window_box& b, int tool)
 {
-    const screen_point top_left = on_screen(b, lamp_x, lamp_y[tool] + 9);
-    const screen_point bottom_right = on_screen(b, lamp_x + 9, lamp_y[tool]);
+    const screen_point top_left = on_screen(b, lamp_x, lamp_y[tool] + 9), bottom_right = on_screen(b, lamp_x + 9, lamp_y[tool]);
     return grab_root(top_left.x, top_left.y, bottom_right.x - top_left.x + 1, bottom_right.y - top_left.y + 1);
 }
 
