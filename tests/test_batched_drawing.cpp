@@ -67,6 +67,11 @@ TEST_F(BatchedDrawing, PrimitivesMatchOneAtATimeAndTextLightsOnlyItsGlyphs)
     int lit = 0;
     for (int x = 227; x < 232; x++) for (int y = 48; y < 58; y++) lit += has_colour(px_at(m.data(), x, y), 7);
     EXPECT_TRUE(lit > 10 && pixels_differing(m, drawn(0, box), 227, 48, 5, 10) == lit) << lit;
+    mnw.scr_x = 400, mnw.scr_y = 300, mnw.win_x = 10;   // the scissors' box at half scale, the window's origin added
+    MACIBM_set_scale();
+    int b[4];
+    OGL_scissor_box(100, 50, 200, 100, b);
+    EXPECT_EQ(std::vector<int>(b, b + 4), (std::vector<int>{canvas_place.left + 55, canvas_place.bottom + 25, 100, 50}));
     EXPECT_EQ(pixels_differing(one, batched), 0);
 }
 

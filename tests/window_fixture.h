@@ -113,11 +113,8 @@ struct ScriptedTest : WindowTest {
     void SetUp() override
     {
         WindowTest::SetUp();
-        kept_msc = msc;
-        kept_app_path = app_path;
-        kept_ter_path = ter_path;
-        kept_first_update = have_done_first_update;
-        kept_time = mnw.time;
+        kept_msc = msc, kept_app_path = app_path, kept_ter_path = ter_path;
+        kept_first_update = have_done_first_update, kept_time = mnw.time;
     }
     void start_script(long long (*clock)())
     {
@@ -133,10 +130,7 @@ struct ScriptedTest : WindowTest {
         platform_clock_ms = platform_monotonic_ms;
         MACIBM_restart_pump();   // as it was found: the other tests of the pump start from it
         SDL_SetEventFilter(nullptr, nullptr);
-        msc = kept_msc;
-        have_done_first_update = kept_first_update;
-        mnw.time = kept_time;
-        mnw.win_id = 0;
+        msc = kept_msc, have_done_first_update = kept_first_update, mnw.time = kept_time, mnw.win_id = 0;
         C_to_C(kept_app_path.c_str(), app_path);
         C_to_C(kept_ter_path.c_str(), ter_path);
     }

@@ -21,8 +21,7 @@ void WorldTest::SetUp()
     if (err.is_open()) err.close();
     inf_use = 0;
     fill_constants();
-    kept_app_path = app_path;
-    kept_ter_path = ter_path;
+    kept_app_path = app_path, kept_ter_path = ter_path;
     C_to_C(root.c_str(), app_path);
     C_plus_C(app_path, "additional nav data/custom terrain textures/", ter_path);
     set_msc_defaults();
@@ -33,10 +32,8 @@ void WorldTest::SetUp()
     apt_wrl_max = rwy_wrl_max = nav_wrl_max = -1;
     // The main window at the canvas's origin, the mouse off it and at rest,
     // whatever a test before left.
-    mnw.win_id = 0;
-    mnw.win_x = mnw.win_y = 0;
-    mnw.mouse_x = mnw.mouse_y = -50;
-    mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
+    mnw.win_id = 0, mnw.win_x = mnw.win_y = 0;
+    mnw.mouse_x = mnw.mouse_y = -50, mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
     g_cs_input[0] = 0;   // the edit line empty
     nav_list_type = 2;   // the navaid screen on its first kind
     to_array = 0;
