@@ -41,6 +41,7 @@ static void primitive_scene()
     mnw.win_x = 7;
     OGL_batch_begin();
     for (int k = 0; k < 40; k++) OGL_line(k % 3 ? 0 : 8, 10 + k * 3, 20, 60 + k, 120 - k * 2);
+    OGL_line(7, 20, 150, 120, 150), OGL_line(9, 20, 152, 120, 152);   // colours apart in their red only
     OGL_fillrect(3, 200, 30, 40, 25);
     OGL_line(8, 195, 28, 250, 60);
     OGL_framerect(4, 210, 40, 30, 30);
