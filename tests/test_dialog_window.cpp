@@ -123,6 +123,8 @@ using seen = std::vector<std::string>;
 TEST_F(DialogLoop, GoingUpStopsAtTheStartFolderWhereEveryDialogStarts)
 {
     const float up_x = 150, up_y = 454;
+    auto open_files = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
+    const auto open_before = open_files();
     EXPECT_EQ(run(win_open_dialog, {{'c', list_x, row0_y}, {'c', list_x, row0_y}, {'c', up_x, up_y}, {'c', up_x, up_y},
                                     {'c', up_x, up_y}, {'c', cancel_x, cancel_y}}), 0);
     EXPECT_EQ(after, (seen{"./Sub/ 0 2", "./Sub/Deeper/ 0 0", "./Sub/ 0 2", "./ 0 61", "./ 0 61"}));
@@ -134,6 +136,7 @@ TEST_F(DialogLoop, GoingUpStopsAtTheStartFolderWhereEveryDialogStarts)
     EXPECT_EQ(first_frame_items, 61);
     EXPECT_EQ(after[0], "./ 59 61");
     EXPECT_TRUE(std::is_sorted(g_name, g_name + 61, [](auto a, auto b) { return std::strcmp(a, b) < 0; }));
+    EXPECT_EQ(open_files(), open_before) << "folders listed and left open";
 }
 
 // ---- what the dialog draws --------------------------------------------------------------------
