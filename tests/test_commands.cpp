@@ -1,5 +1,5 @@
-// The map's commands: the pointer's readout, the cell a press picks, and the
-// commands by key. (Typing into the name of a record, with Backspace and blanks:
+// The map's commands: the pointer's readout, the cell a press picks, the commands by key,
+// and FLATTEN WATER. (Typing into the name of a record, with Backspace and blanks:
 // Flows.NewAirportAndGlideslopeAreSaved in tests/window.)
 #include "app/Screens.h"
 #include "app/Terrain.h"
@@ -41,7 +41,7 @@ TEST(CellPick, SkewedCellHoldsWhatLiesInsideItsEdgesOnly)
 
 using Keys = WorldTest;
 
-TEST_F(Keys, KeysRunTheirCommandsOnTheMapScreens)
+TEST_F(Keys, KeysAndMenuRunTheirCommandsOnTheMapScreens)
 {
     MACIBM_handlekey(0x26);   // arrow up
     MACIBM_handlekey(0x25);   // arrow left
@@ -57,4 +57,8 @@ TEST_F(Keys, KeysRunTheirCommandsOnTheMapScreens)
     EXPECT_EQ(msc.show_tex, 0);
     MACIBM_handlekey(0x20);
     EXPECT_EQ(msc.show_tex, 1);
+    std::memset(is_water, 0, sizeof is_water);   // FLATTEN WATER: a water cell's odd corner to the others' level
+    is_water[20][30] = 1, planey[20][30] = planey[21][30] = planey[21][31] = 5, planey[20][31] = 7;
+    APPLICATION_handlemenu(cmd_flatten_water);
+    EXPECT_EQ(planey[20][31], 5);
 }
