@@ -223,6 +223,8 @@ TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
     EXPECT_EQ(planetex[5][18], 50u);
     EXPECT_EQ(orientation_of(5, 18), st_r0);
 
+    for (int o = st_r0; o <= st_r3; o++)   // a quarter turn moves each corner's texture place one corner on
+        for (int c = 0; c < 8; c++) EXPECT_EQ(st_table[(o + 1) % 4][c / 4][c % 4], st_table[o][c / 4][(c + 3) % 4]) << o;
     const int next[st_count] = {st_r1, st_r2, st_r3, st_r0, st_r1, st_r3, st_r0};
     for (int o = 0; o < st_count; o++) {
         set_orientation(7, 7, o, 2000);
