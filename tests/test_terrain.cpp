@@ -104,6 +104,7 @@ TEST_F(TerrainView, WaterByItsSlopeLandByHeightAndGridOnlyAboveZoomTwo)
     auto rgb = [](const unsigned char* p) { return p[0] << 16 | p[1] << 8 | p[2]; };
     EXPECT_EQ(rgb(cell_px(5, 5)), 0x000099);
     EXPECT_EQ(rgb(cell_px(7, 7)), 0x6666FF);
+    EXPECT_EQ(of_colour(8).size(), 32u);   // the selected vertex's red frame, 4 either side: 9 pixels a side
     planey[8][8] = 0;
     std::memset(is_water, 0, sizeof is_water);
     draw_map();   // all at 0 m: low -1, high 1, f 0.5
