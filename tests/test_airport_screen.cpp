@@ -12,8 +12,7 @@ const float box_x1 = 325, box_y1 = 155, box_x2 = 778, box_y2 = 564;   // centre 
 
 void one_airport(int runways)
 {
-    apt_wrl_max = apt_lo_ind[0] = 0;
-    apt_hi_ind[0] = rwy_wrl_max = runways - 1;
+    apt_wrl_max = apt_lo_ind[0] = 0, apt_hi_ind[0] = rwy_wrl_max = runways - 1;
     for (int r = 0; r < runways; r++)
         rwy_lat[r] = 34, rwy_lon[r] = -118, rwy_hdng[r] = 0, rwy_len[r] = 3000, rwy_width[r] = 100, rwy_num[r] = 1;
 }
@@ -74,8 +73,7 @@ char names[40][40], ids[40][5];
 
 int list_after(float x, float y, int click, int down, int repeat, int selected, int first = 0, int last = 29)
 {
-    mnw.mouse_x = x, mnw.mouse_y = y;
-    mnw.mouse_click = click, mnw.mouse_down = down, mnw.mouse_repeat = repeat;
+    mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = click, mnw.mouse_down = down, mnw.mouse_repeat = repeat;
     plot_name_list(20, 498, names, ids, &selected, first, last);
     mnw.mouse_click = mnw.mouse_down = mnw.mouse_repeat = 0;
     return selected;

@@ -88,20 +88,15 @@ static void craft_tile(int screen, int textured, int zoom_steps)
     lay_flat_grid();
     clear_feature_tables();
     for (int i = 10; i < 50; i++)
-        for (int j = 20; j < 70; j++) {
-            is_water[i][j] = (i * 7 + j * 3) % 11 == 0;
-            planey[i][j] = (float)((i * 13 + j * 29) % 400);
-        }
+        for (int j = 20; j < 70; j++) is_water[i][j] = (i * 7 + j * 3) % 11 == 0, planey[i][j] = (float)((i * 13 + j * 29) % 400);
     for (int n = 0; n < 30; n++) {
         obj_type[n] = 1 + (n + 1) % 8;   // slot 0 with a symbol: the first slot is drawn like any other
-        obj_lat[n] = 33.5f + 0.0035f * (n % 6);
-        obj_lon[n] = -118.5f + 0.005f * (n / 6);
+        obj_lat[n] = 33.5f + 0.0035f * (n % 6), obj_lon[n] = -118.5f + 0.005f * (n / 6);
     }
     obj_type[40] = 2, obj_lat[40] = 33.9f, obj_lon[40] = -118.1f;   // far from the cluster
     msc.coast_num = 4;
     for (int n = 0; n < 4; n++) coast_lat[n] = obj_lat[sel] + 0.002f * n, coast_lon[n] = obj_lon[sel] - 0.003f + 0.002f * n;
-    apt_wrl_max = rwy_wrl_max = 0;
-    apt_lo_ind[0] = apt_hi_ind[0] = 0;
+    apt_wrl_max = rwy_wrl_max = apt_lo_ind[0] = apt_hi_ind[0] = 0;
     rwy_lat[0] = 33.45f, rwy_lon[0] = -118.52f, rwy_hdng[0] = 35, rwy_len[0] = 9000, rwy_width[0] = 150;
     msc.screen = screen, msc.obj_sel = sel, msc.show_tex = textured;
     msc.sel_row = 28, msc.sel_col = 36;   // under the runway

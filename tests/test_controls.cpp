@@ -21,8 +21,7 @@ struct ControlTest : ::testing::Test {
     {
         OGL_assign_colortable();
         clear();
-        to_array = 1;
-        mnw.win_x = mnw.win_y = 0;
+        to_array = 1, mnw.win_x = mnw.win_y = 0;
         mouse(-50, -50, 0);
     }
     void TearDown() override { to_array = 0; }

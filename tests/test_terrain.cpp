@@ -86,8 +86,7 @@ struct TerrainTest : ScriptedTest {
         std::memset(planest, 0, sizeof planest);
         apt_wrl_max = -1;
         msc.sel_row = msc.sel_col = 1;   // the red frame out of the way
-        msc.obj_sel = -1;
-        obj_flash = tex_list_top = 0;
+        msc.obj_sel = -1, obj_flash = tex_list_top = 0;
         start_script(close_modal_windows);
         windows_shown.clear();
         plot_TF_terrain();

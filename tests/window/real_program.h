@@ -92,8 +92,7 @@ inline int exit_status(int tenths)
 inline void send_close()
 {
     XEvent e = {};
-    e.xclient.type = ClientMessage;
-    e.xclient.window = run.window;
+    e.xclient.type = ClientMessage, e.xclient.window = run.window;
     e.xclient.message_type = XInternAtom(run.x, "WM_PROTOCOLS", False);
     e.xclient.format = 32;
     e.xclient.data.l[0] = (long)XInternAtom(run.x, "WM_DELETE_WINDOW", False);
@@ -264,8 +263,7 @@ inline void start_program(const char* screen = "800x600x24")
     if (!run.x) {
         ASSERT_NO_FATAL_FAILURE(start_xvfb(screen));
     }
-    run.window = 0;
-    run.settled = false;
+    run.window = 0, run.settled = false;
     run.program = start_child("program.log", [] {
         if (chdir(run.dir.c_str()) == 0) execl(in_dir("tileforger").c_str(), "tileforger", (char*)nullptr);
     });
