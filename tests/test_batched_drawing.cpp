@@ -63,6 +63,9 @@ TEST_F(BatchedDrawing, PrimitivesMatchOneAtATimeAndTextLightsOnlyItsGlyphs)
 {
     const auto one = drawn(0, primitive_scene), batched = drawn(1, primitive_scene);
     EXPECT_GT(pixels_differing(one, drawn(0, [] {})), 5000);   // lit on the cleared buffer
+    std::string row;   // the line at y 150 from x 20 to 120, the window 7 units in: both ends lit, no more
+    for (int x = 26; x <= 128; x++) row += has_colour(px_at(one.data(), x, 150), 7) ? '7' : '.';
+    EXPECT_EQ(row, "." + std::string(101, '7') + ".");
     auto box = [] { OGL_fillrect(3, 220, 40, 20, 20); };   // an M on a box: of its cell only the glyph changes
     const auto m = drawn(0, [&] { box(), OGL_string(7, 227, 50, "M", 999, 6, 101); });
     int lit = 0;

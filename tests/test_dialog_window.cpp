@@ -82,8 +82,7 @@ struct DialogLoop : ScriptedTest {
     {
         ScriptedTest::SetUp();
         start_script(scripted_clock);
-        scratch = "/tmp/tf_dialog_" + std::to_string(getpid());
-        start_folder = scratch + "/textures/";
+        scratch = "/tmp/tf_dialog_" + std::to_string(getpid()), start_folder = scratch + "/textures/";
         for (const char* f : {"Sub/Deeper", "zz"}) std::filesystem::create_directories(start_folder + f);
         for (const char* f : {"Sub/inner.bmp", "zz/a.bmp", "zz/b.bmp", "notes.txt"}) std::ofstream{start_folder + f};
         for (int k = 100; k < 158; k++) std::ofstream{start_folder + "f" + std::to_string(k).substr(1) + ".bmp"};
