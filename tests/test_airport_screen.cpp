@@ -110,6 +110,11 @@ TEST_F(AirportScreen, NameListRowsArrowsAndKnob)
     EXPECT_EQ(list_after(400, 300, 0, 0, 0, 10), 10);        // released
     EXPECT_EQ(list_after(307, 498 + 60, 1, 1, 0, 10), 9);
 
+    reset_drawing_state(), list_after(400, 300, 0, 0, 0, 29), OGL_flush();   // the last record: the knob at the foot
+    const std::vector<unsigned char> shot = grab_back_buffer();
+    int lit = 0;   // 14 by 13 from (300, 445), alone between rows 420 and 520
+    for (int k = 0; k < 25 * 100; k++) lit += px_at(shot.data(), 295 + k % 25, 420 + k / 25)[1] != 0;
+    EXPECT_EQ(lit, 14 * 13);
     // A selection left out of range is held at the end of the range.
     EXPECT_EQ(list_after(400, 300, 0, 0, 0, 50), 29);
     EXPECT_EQ(list_after(400, 300, 0, 0, 0, -4), 0);

@@ -113,8 +113,7 @@ static void add_obstacles(int count)
 {
     for (int n = 41; n < 41 + count; n++) {
         obj_lat[n] = 33.2f + 0.01f * (n - 41) + (obj_type[n] == 3 ? 0.002f : 0.0f);
-        obj_lon[n] = -118.8f;
-        obj_type[n] = 3;
+        obj_lon[n] = -118.8f, obj_type[n] = 3;
     }
 }
 
@@ -155,8 +154,7 @@ TEST_F(BatchedDrawing, MapAndItsKeptPictureMatchTheWholeDrawing)
     for (const float width : {800.0f, 640.0f})   // the canvas at its own size and at 0.8
         for (const map_case& c : map_cases) {
             SCOPED_TRACE(testing::Message() << "canvas " << width << ", case " << &c - map_cases);
-            mnw.scr_x = width;
-            mnw.scr_y = width * 0.75f;
+            mnw.scr_x = width, mnw.scr_y = width * 0.75f;
             MACIBM_set_scale();
             OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
             craft_tile(c.screen, c.textured, c.zoom_steps);
@@ -218,8 +216,7 @@ TEST_F(BatchedDrawing, StampedCrowdMatchesSymbolsDrawnLineByLine)
     load_stock_textures();
     for (const float width : {800.0f, 640.0f, 700.0f, 1000.0f, 1400.0f}) {
         SCOPED_TRACE(testing::Message() << "canvas " << width);
-        mnw.scr_x = width;
-        mnw.scr_y = width * 0.75f;
+        mnw.scr_x = width, mnw.scr_y = width * 0.75f;
         MACIBM_set_scale();
         OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
         craft_tile(201, 0, 0);

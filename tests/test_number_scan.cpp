@@ -36,8 +36,7 @@ static scan_result scan_twice(const std::string& text, F read)
     unsigned a = 0, b = 0;
     std::memcpy(&a, &first, 4);
     std::memcpy(&b, &second, 4);
-    r.bits = a * 31u + b;
-    r.state = in.rdstate();
+    r.bits = a * 31u + b, r.state = in.rdstate();
     in.clear();
     r.rest.assign(std::istreambuf_iterator<char>(in.rdbuf()), {});
     return r;

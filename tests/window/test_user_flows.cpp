@@ -282,8 +282,7 @@ TEST_F(Flows, NewAirportAndGlideslopeAreSaved)
     click(150, 364);   // add, ahead of the first airport, with a runway of its own
     type_name("Newfield");
     click(190, 238);   // add a runway
-    click(20, 590);    // the File menu, and its Save airports
-    click(40, 564);
+    click(20, 590), click(40, 564);   // the File menu, and its Save airports
     ASSERT_TRUE(eventually([] { return file_text(apt_path).find("Newfield") != std::string::npos; }))
         << "File > Save airports wrote no apt.dat";
     quit();   // saved: the quit asks nothing
