@@ -31,8 +31,7 @@ void make_airports(std::initializer_list<int> runways)
         const int a = ++apt_wrl_max;
         apt_lo_ind[a] = rwy_wrl_max + 1;
         for (int r = rwy_wrl_max + 1; r <= rwy_wrl_max + n; r++) make_runway(r, r);
-        rwy_wrl_max += n;
-        apt_hi_ind[a] = rwy_wrl_max;
+        apt_hi_ind[a] = rwy_wrl_max += n;
         C_to_C(("A" + std::to_string(a)).c_str(), apt_name[a]);
         apt_h[a] = (float)a, apt_twr[a] = apt_bld[a] = a % 2;
     }
@@ -202,8 +201,7 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     OGL_assign_colortable();
     to_array = 1, mnw.mouse_click = mnw.mouse_down = 0;
     auto click = [](float x, float y) { mnw.mouse_x = x, mnw.mouse_y = y, mnw.mouse_click = 1, handle_nav(); };
-    nav_hdng[3] = 300123.0f;
-    nav_list_type = 6, msc.nav_sel = 3;
+    nav_hdng[3] = 300123.0f, nav_list_type = 6, msc.nav_sel = 3;
     handle_nav();
     EXPECT_EQ(nav_hdng[3], 300123.0f);
     nav_hdng[3] = 300359.5f;   // a fractional heading is rounded when it is split

@@ -154,8 +154,7 @@ static void draw(int win_id, int file_type, std::vector<std::pair<const char*, i
     msc.screen = 0;
     MACIBM_startwind(win_id);
     std::strcpy(g_cs_input, typed);
-    g_file_type = file_type;
-    g_num_items = (int)items.size(), g_item_top = top, g_item_bot = g_num_items - 1;
+    g_file_type = file_type, g_num_items = (int)items.size(), g_item_top = top, g_item_bot = g_num_items - 1;
     for (int k = 0; k < g_num_items; k++) C_to_C(items[k].first, g_name[k]), g_is_folder[k] = items[k].second;
     OGL_assigncolor(56, 1.0f, 0.0f, 1.0f);   // the cursor's pulse, told apart from all else
     std::memset(rgb_array, 0, sizeof rgb_array);

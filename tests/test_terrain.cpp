@@ -130,8 +130,7 @@ TEST_F(TerrainView, WaterByItsSlopeLandByHeightAndGridOnlyAboveZoomTwo)
 // A coast point is a dot as many pixels across as the zoom.
 TEST_F(TerrainView, CoastDotsGrowWithTheZoomAndRunwaysShowOnTheirTile)
 {
-    msc.coast_num = 1;
-    coast_lat[0] = 33.01f, coast_lon[0] = -118.99f;
+    msc.coast_num = 1, coast_lat[0] = 33.01f, coast_lon[0] = -118.99f;
     for (const int zoom : {1, 3}) {
         msc.map_zoom = (float)zoom;
         draw_map();
@@ -183,6 +182,11 @@ TEST_F(TerrainView, EachKindOfObstacleHasItsSymbol)
     for (auto p : lines({{-2, -2, -2, -2}, {2, -2, 2, -2}, {-1, 0, -1, 0}, {1, 0, 1, 0}, {0, 2, 0, 2}}, 300, 300))
         EXPECT_EQ(caret.count(p), 1u) << p.first << "," << p.second;
     for (auto [x, y] : caret) EXPECT_TRUE(std::abs(x - 300) <= 2 && std::abs(y - 300) <= 2) << x << "," << y;
+    const pixel_set square = symbol_of(2);   // selected on the obstacle screen: a colour a frame, also over a kept map
+    msc.obj_sel = 0, msc.screen = 201, obj_flash = 6;
+    draw_map(), draw_map();
+    EXPECT_EQ(of_colour(8, 290, 290, 20, 20), square);
+    msc.obj_sel = -1, msc.screen = 200;
     obj_lat[0] = 33, draw_map();   // on the tile's south edge, the map's lowest row: still drawn
     EXPECT_GT(of_colour(0).size(), 2u);
 }

@@ -56,8 +56,7 @@ inline void reset_drawing_state(float clear_blue = 0)
     mnw.win_x = mnw.win_y = 0;
     mnw.scr_x = 800, mnw.scr_y = 600;
     MACIBM_set_scale();
-    to_array = 0;
-    r_manual_lighting = g_manual_lighting = b_manual_lighting = 1.0f;
+    to_array = 0, r_manual_lighting = g_manual_lighting = b_manual_lighting = 1.0f;
     OGL_scissors_end();
     OGL_viewport(2, 0, 0, 800, 600, 0, 0, 800, 600, 0, 0, 1.0f);
     glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);   // a fresh context's texture mode
