@@ -3,6 +3,7 @@
 #include "app/Main.h"
 #include "app/Airports.h"
 #include "app/Navaids.h"
+#include "app/Panel_layout.h"
 #include "app/Screens.h"
 #include "app/Terrain.h"
 #include "app/Utils.h"
@@ -371,17 +372,17 @@ static void draw_degrees(float v, float y)
     int d = (int)v;
     int m = (int)((v - d) * 60);
     int s = intround(((v - d) - m / 60.0f) * 3600);
-    OGL_number(col, 20, y, (float)d, 3, 0, 6, 1, 101);
-    OGL_number(col, 50, y, (float)m, 2, 0, 6, 1, 101);
-    OGL_number(col, 74, y, (float)s, 2, 0, 6, 1, 101);
-    OGL_number(col, 105, y, v, 8, 5, 6, 1, 101);
+    OGL_number(col, readout_deg_x, y, (float)d, readout_deg_digits, 0, readout_spacing, 1, 101);
+    OGL_number(col, readout_min_x, y, (float)m, readout_min_digits, 0, readout_spacing, 1, 101);
+    OGL_number(col, readout_sec_x, y, (float)s, readout_sec_digits, 0, readout_spacing, 1, 101);
+    OGL_number(col, readout_dec_x, y, v, readout_dec_digits, readout_dec_decimals, readout_spacing, 1, 101);
 }
 
 // Where the mouse is, also outside the map.
 void draw_pointer_readout()
 {
-    draw_degrees(ret_lat(mnw.mouse_y), 30);
-    draw_degrees(ret_lon(mnw.mouse_x, mnw.mouse_y), 12);
+    draw_degrees(ret_lat(mnw.mouse_y), readout_lat_y);
+    draw_degrees(ret_lon(mnw.mouse_x, mnw.mouse_y), readout_lon_y);
 }
 
 void APPLICATION_update()
