@@ -276,7 +276,7 @@ static void draw_ground(const canvas_area* area, float low, float high)
 // Two edges of each cell, its west and its south, as pairs of one line run.
 static void draw_grid(const canvas_area* area)
 {
-    OGL_setstate(1, 3, 5, 7, 9, 11, 13);
+    OGL_setstate(sw_fog_off, sw_tex_off, sw_light_off, sw_alpha_off, sw_blend_off, sw_depth_off, sw_dwrite_off);
     OGL_setcolorINDEX(col_grid, 1.0f);
     if (!(msc.map_zoom > 2.0f)) return;
     glBegin(GL_LINES);
@@ -649,7 +649,8 @@ static void draw_coast_in(const canvas_area& area)
 // The map in drawing order, all of it (no area) or what reaches into the area.
 static void draw_map(const canvas_area* area, int left_out, float low, float high)
 {
-    OGL_setstate(1, msc.show_tex ? 2 : 3, 5, 7, 9, 11, 13);
+    OGL_setstate(sw_fog_off, msc.show_tex ? sw_tex_on : sw_tex_off, sw_light_off, sw_alpha_off, sw_blend_off,
+                 sw_depth_off, sw_dwrite_off);
     draw_ground(area, low, high);
     draw_grid(area);
     draw_runways(area);
