@@ -707,11 +707,9 @@ static int entry_attributes(const char* full_path, const char* name)
 // Entries whose name or path would not fit a record are skipped, not cut: a cut
 // name would stand for another file, or for none. A folder also needs room for
 // the separator that entering it appends to wrk_path.
-static int entry_fits(size_t folder_len, const char* name, int is_folder)
+static int path_fits(size_t path_length, int is_folder)
 {
-    size_t name_len_here = std::strlen(name);
-    if (name_len_here > (size_t)dlg_name_len - 1) return 0;
-    return folder_len + name_len_here + (is_folder ? 1 : 0) <= (size_t)dlg_path_len - 1;
+    return path_length + (is_folder ? 1 : 0) <= (size_t)dlg_path_len - 1;
 }
 
 static void swap_items(int a, int b)
@@ -750,17 +748,17 @@ int GetDirItems(int file_type)
     DIR* dir = opendir(wrk_path);
     if (!dir) return 0;   // a folder that can't be listed shows an empty list
     const size_t folder_len = std::strlen(wrk_path);
-    char full[dlg_path_len + dlg_name_len];
+    char full[path_len + dlg_name_len];   // room for wrk_path and any name that fits
     int n = 0;
     while (n < dlg_item_cap) {
         const dirent* entry = readdir(dir);
         if (!entry) break;
         const char* name = entry->d_name;
-        if (std::strlen(name) > (size_t)dlg_name_len - 1) continue;
-        // A path too long for the list's slots is skipped, as a long name is.
-        if (std::snprintf(full, sizeof full, "%s%s", wrk_path, name) >= (int)sizeof full) continue;
+        const size_t name_length = std::strlen(name);
+        if (name_length > (size_t)dlg_name_len - 1) continue;
+        std::snprintf(full, sizeof full, "%s%s", wrk_path, name);
         const int is_folder = entry_attributes(full, name) == attr_directory;
-        if (!entry_fits(folder_len, name, is_folder)) continue;
+        if (!path_fits(folder_len + name_length, is_folder)) continue;
         if (!takeit(name, file_type, is_folder)) continue;
         C_to_C(name, g_name[n]);
         C_to_C(full, g_path[n]);
