@@ -185,8 +185,7 @@ static void yes_no_field(panel_cycle c, int* flag)
 
 static void airport_fields(int a)
 {
-    instdbtn(7, apt_elev_spinner.x, apt_elev_spinner.y, &apt_h[a], 5, 0, 1,
-             "This is the airport elevation, in feet, above sea level.");
+    spinner_field(apt_elev_spinner, &apt_h[a], "This is the airport elevation, in feet, above sea level.");
     incharbtn(7, apt_id_wheel.x, apt_id_wheel.y, apt_id[a], 4);
     yes_no_field(apt_tower_button, &apt_twr[a]);
     yes_no_field(apt_bld_button, &apt_bld[a]);
@@ -252,18 +251,13 @@ static void runway_fields(int r)
     code_to_lgts(&surface, slope, runway, approach, rwy_code[r]);
     int side = side_position(rwy_lcr[r]);
     float number = (float)rwy_num[r];
-    instdbtn(7, rwy_lat_spinner.x, rwy_lat_spinner.y, &rwy_lat[r], 7, 5, 1,
-             "This is the latitude of the center of the runway.");
-    instdbtn(7, rwy_lon_spinner.x, rwy_lon_spinner.y, &rwy_lon[r], 8, 5, 1,
-             "This is the longitude of the center of the runway.");
-    instdbtn(7, rwy_num_spinner.x, rwy_num_spinner.y, &number, 2, 0, 0,
-             "This is the runway number at one end of the runway.");
+    spinner_field(rwy_lat_spinner, &rwy_lat[r], "This is the latitude of the center of the runway.");
+    spinner_field(rwy_lon_spinner, &rwy_lon[r], "This is the longitude of the center of the runway.");
+    spinner_field(rwy_num_spinner, &number, "This is the runway number at one end of the runway.");
     instdbtn_range(7, rwy_hdng_spinner.x, rwy_hdng_spinner.y, &rwy_hdng[r], 5, 2, 0, 360,
                    "This is the heading of the runway, when looking down it from the same end of the runway you used for the number above.");
-    instdbtn(7, rwy_len_spinner.x, rwy_len_spinner.y, &rwy_len[r], 5, 0, 0,
-             "This is the length of the runway, not including any over-runs.");
-    instdbtn(7, rwy_width_spinner.x, rwy_width_spinner.y, &rwy_width[r], 4, 0, 0,
-             "This is the width of the runway, not including any over-runs.");
+    spinner_field(rwy_len_spinner, &rwy_len[r], "This is the length of the runway, not including any over-runs.");
+    spinner_field(rwy_width_spinner, &rwy_width[r], "This is the width of the runway, not including any over-runs.");
     rwy_num[r] = (int)number;
     in4textbtn(rwy_side_button.x, rwy_side_button.y, "x", "L", "C", "R", rwy_side_button.offset, &side);
     light_fields(slope, runway, approach);

@@ -81,15 +81,13 @@ static void navaid_fields(int v)
         heading = (float)(n % 1000);
         slope = (float)(n / 1000) * 0.01f;
     }
-    instdbtn(7, nav_lat_spinner.x, nav_lat_spinner.y, &nav_lat[v], 7, 5, 1, "This is the latitude of the NAVAID.");
-    instdbtn(7, nav_lon_spinner.x, nav_lon_spinner.y, &nav_lon[v], 8, 5, 1, "This is the longitude of the NAVAID.");
-    instdbtn(7, nav_elev_spinner.x, nav_elev_spinner.y, &nav_h[v], 5, 0, 1,
-             "This is the elevation of the NAVAID in feet above mean sea level.");
-    instdbtn(7, nav_hdng_spinner.x, nav_hdng_spinner.y, &heading, 5, 2, 1, "This is the heading of the NAVAID, if any.");
-    instdbtn(7, nav_slope_spinner.x, nav_slope_spinner.y, &slope, 4, 2, 1,
-             "This is the glideslope of the NAVAID, used only for glideslopes.");
-    instdbtn(7, nav_frq_spinner.x, nav_frq_spinner.y, &frequency, 5, 0, 0,
-             "This is the frequency of the NAVAID. Use the right 3 digits for ADFs (the first 2 should be zero) and run the primary 3 and secondary 2 digits together into one big 5-digit number for ILS's and VOR's.");
+    spinner_field(nav_lat_spinner, &nav_lat[v], "This is the latitude of the NAVAID.");
+    spinner_field(nav_lon_spinner, &nav_lon[v], "This is the longitude of the NAVAID.");
+    spinner_field(nav_elev_spinner, &nav_h[v], "This is the elevation of the NAVAID in feet above mean sea level.");
+    spinner_field(nav_hdng_spinner, &heading, "This is the heading of the NAVAID, if any.");
+    spinner_field(nav_slope_spinner, &slope, "This is the glideslope of the NAVAID, used only for glideslopes.");
+    spinner_field(nav_frq_spinner, &frequency,
+                  "This is the frequency of the NAVAID. Use the right 3 digits for ADFs (the first 2 should be zero) and run the primary 3 and secondary 2 digits together into one big 5-digit number for ILS's and VOR's.");
     nav_hdng[v] = heading;
     nav_frq[v] = (int)frequency;
     if (nav_list_type == 6) nav_hdng[v] = slope * 100000 + heading;

@@ -26,6 +26,11 @@ const int last_list_top = tex_slot_cap - 9;   // 491: slot 499 in the last row
 int mouse_in(const panel_box& b) { return fltbox(mnw.mouse_x, mnw.mouse_y, b.x1, b.y1, b.x2, b.y2); }
 int box_clicked(const panel_box& b) { return mnw.mouse_click && mouse_in(b); }
 
+int spinner_field(const panel_spinner& s, float* value, const char* help)
+{
+    return instdbtn(col_value, s.x, s.y, value, s.digits, s.decimals, s.is_signed, help);
+}
+
 // ---- tile selector ---------------------------------------------------------------------------
 
 // A click on a digit opens the neighbouring tile at once, once the open one
@@ -33,10 +38,10 @@ int box_clicked(const panel_box& b) { return mnw.mouse_click && mouse_in(b); }
 static void tile_selector()
 {
     float lat = (float)intround(msc.lat), lon = (float)intround(msc.lon);
-    instdbtn(col_value, ter_lat_spinner.x, ter_lat_spinner.y, &lat, ter_lat_spinner.digits, 0, 1,
-             "This is the latitude of the lower-left (south-west) corner of the env file currently displayed.");
-    instdbtn(col_value, ter_lon_spinner.x, ter_lon_spinner.y, &lon, ter_lon_spinner.digits, 0, 1,
-             "This is the longitude of the lower-left (south-west) corner of the env file currently displayed.");
+    spinner_field(ter_lat_spinner, &lat,
+                  "This is the latitude of the lower-left (south-west) corner of the env file currently displayed.");
+    spinner_field(ter_lon_spinner, &lon,
+                  "This is the longitude of the lower-left (south-west) corner of the env file currently displayed.");
     if (intround(lat) == intround(msc.lat) && intround(lon) == intround(msc.lon)) return;
     if (!handle_save(store_tile, msc.ter_dirty)) return;
     tex_list_top = 0;
@@ -137,8 +142,7 @@ static void map_tools()
 static void elevation()
 {
     float feet = con.m_to_ft * planey[msc.sel_row][msc.sel_col];
-    if (instdbtn(col_value, ter_elev_spinner.x, ter_elev_spinner.y, &feet, ter_elev_spinner.digits, 0, 1,
-                 "This is the elevation of this point above sea level, in feet."))
+    if (spinner_field(ter_elev_spinner, &feet, "This is the elevation of this point above sea level, in feet."))
         planey[msc.sel_row][msc.sel_col] = feet * con.ft_to_m;
 }
 
@@ -315,8 +319,7 @@ static void obstacle_fields()
     if (!selection_valid()) return;
     const int n = msc.obj_sel;
     if (intrange(obj_type[n], 1, 6))
-        instdbtn(col_value, obs_height_spinner.x, obs_height_spinner.y, &obj_hddz[n], obs_height_spinner.digits, 0,
-                 obs_height_spinner.is_signed, "This is the HEIGHT of this obstacle, in feet.");
+        spinner_field(obs_height_spinner, &obj_hddz[n], "This is the HEIGHT of this obstacle, in feet.");
     if (obj_type[n] != obs_custom) return;
     instdbtn_range(col_value, obs_heading_spinner.x, obs_heading_spinner.y, &obj_hddz[n], obs_heading_spinner.digits,
                    0, 0, 360,

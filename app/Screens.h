@@ -5,6 +5,8 @@
 // The mouse lies in a control's box, edges included.
 int mouse_in(const panel_box& b);
 int box_clicked(const panel_box& b);   // and pressed in this frame
+// A number field laid out by its spinner; 1 when a click changed the value.
+int spinner_field(const panel_spinner& s, float* value, const char* help);
 
 void handle_map();
 void handle_obs();
