@@ -293,10 +293,22 @@ static int comes_after(int p, int q)
     return rwy_len[p] + rwy_width[p] < rwy_len[q] + rwy_width[q];
 }
 
+// The order ranks runways by one key, so with every neighbour in order the
+// whole run is, and the exchanges below would find nothing: a long run then
+// costs one pass a frame, not n * n. (The files and the fields give finite
+// lengths and widths only, so no NaN breaks the ranking.)
+static int run_in_order(int lo, int hi)
+{
+    for (int r = lo; r < hi; r++)
+        if (comes_after(r, r + 1)) return 0;
+    return 1;
+}
+
 // The exchange goes through a local record, so that no slot of a full table
 // serves as scratch; the selection stays on its runway.
 void sort_runways(int lo, int hi)
 {
+    if (run_in_order(lo, hi)) return;
     for (int a = lo; a <= hi; a++)
         for (int b = lo; b <= hi; b++) {
             if (!comes_after(intmin2(a, b), a < b ? b : a)) continue;
