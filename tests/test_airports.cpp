@@ -162,6 +162,8 @@ TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
     }
     EXPECT_EQ(written(7, 115, 119, 50, 7), stamped(",", 133, 119, 6, stamped("00125", 118, 119, 10)));   // 00,125 ft
     EXPECT_EQ(written(7, 223, 74, 20, 7), stamped("01", 226, 74, 10));   // the runway's number
+    C_to_C("KABC", apt_id[0]), screen_frame(310, 115), screen_frame(320, 115);   // the id's last letter on; past it, nothing
+    EXPECT_STREQ(apt_id[0], "KABD");
     msc.rwy_sel = 2;
     screen_frame(290, 40);    // the surface selector steps on from its first place
     screen_frame(260, 90);    // the side button from R back round to x

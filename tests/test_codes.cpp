@@ -30,7 +30,7 @@ TEST(Helpers, OnlyDigitsMakeANumberAndNumbersComeBackAsDigits)
     for (auto [x, n] : {std::pair{0.7f, 1}, {0.3f, 0}, {-0.7f, -1}, {-2.5f, -3}}) EXPECT_EQ(intround(x), n) << x;
     // And back: no leading zeros, each number of digits at its first value.
     char out[12];
-    for (auto [value, text] : {std::pair{0, "0"}, {-7, "-7"}, {10, "10"}, {100, "100"}, {1000, "1000"}, {10000, "10000"},
+    for (auto [value, text] : {std::pair{0, "0"}, {-7, "-7"}, {9, "9"}, {99, "99"}, {10, "10"}, {100, "100"}, {1000, "1000"}, {10000, "10000"},
                                {100000, "100000"}, {-999999, "-999999"}, {99999, "99999"}}) {
         int_to_str(value, out);
         EXPECT_STREQ(out, text);
