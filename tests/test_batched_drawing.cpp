@@ -104,6 +104,7 @@ static void craft_tile(int screen, int textured, int zoom_steps)
     msc.screen = screen, msc.obj_sel = sel, msc.show_tex = textured;
     msc.sel_row = 28, msc.sel_col = 36;   // under the runway
     for (int k = 0; k < zoom_steps; k++) APPLICATION_handlemenu(cmd_zoom_in);
+    obj_type[35] = 4, obj_lat[35] = ret_lat(300), obj_lon[35] = ret_lon(785, 300);   // by the map's east edge, when zoomed in
     assign_terrain_texes(0, 0);
 }
 
