@@ -704,9 +704,9 @@ static int entry_attributes(const char* full_path, const char* name)
     return attributes ? attributes : attr_normal;
 }
 
-// Entries whose name or path would not fit a record are skipped, not cut: a cut
-// name would stand for another file, or for none. A folder also needs room for
-// the separator that entering it appends to wrk_path.
+// A path too long for a record is skipped, not cut, as GetDirItems skips a long
+// name: a cut one would stand for another file, or for none. A folder also needs
+// room for the separator that entering it appends to wrk_path.
 static int path_fits(size_t path_length, int is_folder)
 {
     return path_length + (is_folder ? 1 : 0) <= (size_t)dlg_path_len - 1;
