@@ -54,4 +54,6 @@ TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)
     expect_alert("The obstacle table is full!");
     on(33.5f, -118.5f, 1);
     EXPECT_EQ(msc.obj_sel * 10 + (int)alerts_seen().size(), 71);
+    msc.obj_tool = 0, on(33.5f, -118.5f, 1);   // the delete tool on a tile with none: another tile's slot 0 stays
+    EXPECT_EQ(obj_type[0] * 10 + msc.obj_sel, 17);
 }

@@ -197,6 +197,10 @@ TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
     place_vertices(200, 10, 10, 5);
     msc.ter_tool = 1, frame_at(790, 210, 1);   // selected on the east edge's vertex 40: the inner one beside it
     EXPECT_EQ(msc.sel_row * 100 + msc.sel_col, (grid_i - 1) * 100 + 40);
+    frame_at(400, 11, 1);   // by the south edge's vertex of row 20: the inner one above it
+    EXPECT_EQ(msc.sel_row * 100 + msc.sel_col, 2001);
+    frame_at(201, 100, 1);   // by the west edge's vertex 18: the inner one beside it
+    EXPECT_EQ(msc.sel_row * 100 + msc.sel_col, 118);
     flt_plotx[10][10] = 308;
     int before[grid_ni][grid_nj];
     std::memcpy(before, is_water, sizeof before);

@@ -139,8 +139,7 @@ TEST_F(TileFile, TileOfTheOtherByteOrderReadsTheSame)
 
 TEST_F(TileFile, MissingFileOrWrongHeadLaysABlankWaterTile)
 {
-    msc.lat = -5, msc.lon = 12;
-    planey[3][3] = 99, is_water[3][3] = 0, msc.coast_num = 17;
+    msc.lat = -5, msc.lon = 12, planey[3][3] = 99, is_water[3][3] = 0, msc.coast_num = 17;
     // Left over from an earlier read: slot 0 in this tile goes, slot 1 outside it stays.
     obj_type[0] = obj_type[1] = 2;
     obj_lat[0] = -4.5f, obj_lon[0] = 12.5f, obj_lat[1] = 33.5f, obj_lon[1] = -118.5f;

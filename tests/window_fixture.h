@@ -53,8 +53,7 @@ inline void bring_up_platform()
 // Main window at the canvas's own size, OpenGL target, empty buffers.
 inline void reset_drawing_state(float clear_blue = 0)
 {
-    mnw.win_x = mnw.win_y = 0;
-    mnw.scr_x = 800, mnw.scr_y = 600;
+    mnw.win_x = mnw.win_y = 0, mnw.scr_x = 800, mnw.scr_y = 600;
     MACIBM_set_scale();
     to_array = 0, r_manual_lighting = g_manual_lighting = b_manual_lighting = 1.0f;
     OGL_scissors_end();
@@ -96,8 +95,7 @@ inline void push_mouse(Uint32 type, float x, float y)
 {
     SDL_Event e = {type};
     e.button.button = type == SDL_MOUSEMOTION ? 0 : SDL_BUTTON_LEFT;
-    e.motion.x = e.button.x = (int)x;
-    e.motion.y = e.button.y = (int)(600 - y);
+    e.motion.x = e.button.x = (int)x, e.motion.y = e.button.y = (int)(600 - y);
     SDL_PushEvent(&e);
 }
 
@@ -120,8 +118,7 @@ struct ScriptedTest : WindowTest {
         SDL_SetEventFilter(pushed_events_only, nullptr);
         platform_take_messages();
         MACIBM_restart_pump();
-        platform_clock_ms = clock;
-        have_done_first_update = 1;
+        platform_clock_ms = clock, have_done_first_update = 1;
         msc.screen = mnw.win_id = 0;   // no panel to load when a modal window closes
     }
     void TearDown() override

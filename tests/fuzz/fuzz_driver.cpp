@@ -41,8 +41,7 @@ static void set_up_once()
     err.open("/dev/null");   // the alert log
     alert_watcher = end_input_at_fatal;
     fill_constants();
-    inf_use = 0;
-    mnw.win_id = 0;   // past the splash: loads draw no progress
+    inf_use = 0, mnw.win_id = 0;   // past the splash: loads draw no progress
 }
 
 const char* fuzz_folder() { return folder.c_str(); }

@@ -93,8 +93,7 @@ inline void send_close()
 {
     XEvent e = {};
     e.xclient.type = ClientMessage, e.xclient.window = run.window;
-    e.xclient.message_type = XInternAtom(run.x, "WM_PROTOCOLS", False);
-    e.xclient.format = 32;
+    e.xclient.message_type = XInternAtom(run.x, "WM_PROTOCOLS", False), e.xclient.format = 32;
     e.xclient.data.l[0] = (long)XInternAtom(run.x, "WM_DELETE_WINDOW", False);
     XSendEvent(run.x, run.window, False, NoEventMask, &e);
     XFlush(run.x);
