@@ -147,7 +147,7 @@ TEST_F(DialogLoop, GoingUpStopsAtTheStartFolderWhereEveryDialogStarts)
 // The dialog is drawn with no screen behind it, and closed afterwards.
 struct DialogPicture : WindowTest {
     int kept_screen = msc.screen;
-    void TearDown() override { MACIBM_startwind(0), msc.screen = kept_screen; }
+    void TearDown() override { MACIBM_startwind(0), msc.screen = kept_screen, WindowTest::TearDown(); }
 };
 
 // Draws the dialog window win_id into rgb_array, so that every pixel tells who
@@ -161,10 +161,7 @@ static void draw(int win_id, int file_type, std::vector<std::pair<const char*, i
     g_file_type = file_type, g_num_items = (int)items.size(), g_item_top = top, g_item_bot = g_num_items - 1;
     for (int k = 0; k < g_num_items; k++) C_to_C(items[k].first, g_name[k]), g_is_folder[k] = items[k].second;
     OGL_assigncolor(56, 1.0f, 0.0f, 1.0f);   // the cursor's pulse, told apart from all else
-    std::memset(rgb_array, 0, sizeof rgb_array);
-    to_array = 1;
-    opensave_update();
-    to_array = 0;
+    baked(opensave_update);
 }
 
 TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLine)

@@ -70,6 +70,7 @@ struct WindowTest : ::testing::Test {
         bring_up_platform();
         reset_drawing_state();
     }
+    void TearDown() override { EXPECT_EQ(glGetError(), GL_NO_ERROR) << "an OpenGL call was refused"; }
 };
 
 inline std::vector<unsigned char> grab_back_buffer()
@@ -123,6 +124,7 @@ struct ScriptedTest : WindowTest {
     }
     void TearDown() override
     {
+        WindowTest::TearDown();
         platform_clock_ms = platform_monotonic_ms;
         MACIBM_restart_pump();   // as it was found: the other tests of the pump start from it
         SDL_SetEventFilter(nullptr, nullptr);
