@@ -144,6 +144,8 @@ static const map_case map_cases[] = {
     {200, 0, 0, [] { planey[30][40] += 1000; }, 'w'},     // the highest vertex lifted: the shading changes
     {200, 0, 5, [] { msc.sel_col++; }, 'a'},               // the next vertex selected
     {201, 0, 0, [] { msc.obj_sel = sel + 1; }, 'a'},
+    // A later obstacle 7 units east, its bar over the east end of the selected one's: drawn again over it.
+    {201, 0, 0, [] { msc.obj_sel = 40, obj_type[40] = obj_type[41] = 4, obj_lat[41] = obj_lat[40], obj_lon[41] = obj_lon[40] + 0.0147f; }, 'a'},
     {201, 0, 0, [] { msc.screen = 401 - msc.screen; }, 'w'},       // to the terrain screen and back
     {200, 0, 5, [] { msc.coast_num = 7 - msc.coast_num; }, 'w'},   // the last coast point gone, then back
     {200, 1, 0, [] { apt_wrl_max = -1 - apt_wrl_max; }, 'w'},      // the airport gone, then back
