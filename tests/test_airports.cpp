@@ -14,23 +14,20 @@
 
 namespace {
 
-// Runway r made with mark m: latitude, longitude, heading, width and code m,
-// side letter 'A' + m, and length 100 m + 100 (so the runs are sorted longest
-// last, the reverse of the screen's order).
-void make_runway(int r, int m)
-{
-    rwy_lat[r] = rwy_lon[r] = rwy_hdng[r] = rwy_width[r] = (float)m, rwy_code[r] = m, rwy_lcr[r] = (char)('A' + m);
-    rwy_len[r] = 100.0f * m + 100, rwy_num[r] = 1;
-}
-
-// Airports with the given numbers of runways, runway r made with mark r.
+// Airports with the given numbers of runways. Runway r has latitude,
+// longitude, heading, width and code r, side letter 'A' + r, and length
+// 100 r + 100 (so the runs are sorted longest last, the reverse of the
+// screen's order).
 void make_airports(std::initializer_list<int> runways)
 {
     apt_wrl_max = rwy_wrl_max = -1;
     for (int n : runways) {
         const int a = ++apt_wrl_max;
         apt_lo_ind[a] = rwy_wrl_max + 1;
-        for (int r = rwy_wrl_max + 1; r <= rwy_wrl_max + n; r++) make_runway(r, r);
+        for (int r = rwy_wrl_max + 1; r <= rwy_wrl_max + n; r++) {
+            rwy_lat[r] = rwy_lon[r] = rwy_hdng[r] = rwy_width[r] = (float)r, rwy_code[r] = r, rwy_lcr[r] = (char)('A' + r);
+            rwy_len[r] = 100.0f * r + 100, rwy_num[r] = 1;
+        }
         apt_hi_ind[a] = rwy_wrl_max += n;
         C_to_C(("A" + std::to_string(a)).c_str(), apt_name[a]);
         apt_h[a] = (float)a, apt_twr[a] = apt_bld[a] = a % 2;

@@ -46,6 +46,7 @@ TEST_F(Prefs, ValuesOutOfRangeTakeTheirDefaultsAndAPlaceReadsBack)
     set_msc_defaults();
     EXPECT_EQ(handle_prefs(0, 5, path), 1);
     EXPECT_EQ(place(), "-99.000000 999.000000 tool 4 screen 200 4 2");
+    EXPECT_FATAL_ALERT(handle_prefs(5, 6, path), "Bad pref arg!");   // no sixth file to write
 
     // A letter typed with a selection far outside the table edits nothing.
     msc.screen = 202, msc.apt_sel = 5000000;
