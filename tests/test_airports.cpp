@@ -124,10 +124,12 @@ TEST_F(AirportTables, AirportsComeWithARunwayAndGoWithTheirs)
 TEST_F(AirportTables, FullTablesRefuseAndLoseNothing)
 {
     msc.apt_sel = msc.rwy_sel = 0;
-    make_airports({20});   // the runway list shows nineteen rows, down to y 156
-    screen_frame();
+    make_airports({1, 20});   // the second airport's runway list shows nineteen rows, down to y 156
+    screen_frame(), msc.apt_sel = 1, screen_frame();
     EXPECT_EQ(written(7, 25, 146, 60, 17).size(), written(7, 25, 156, 60, 7).size());
-    make_airports({1, rwy_cap - 1});   // every runway slot taken
+    screen_frame(96, 320), screen_frame();   // its down arrow: one row on, and it stays there
+    EXPECT_EQ(rwy_list_top, 1);
+    msc.apt_sel = 0, make_airports({1, rwy_cap - 1});   // every runway slot taken
     // The screen's ADD AIRPORT and ADD RUNWAY.
     expect_alert("The runway table is full!");
     screen_frame(150, 364);
@@ -189,7 +191,10 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
 {
     std::fill(nav_type, nav_type + nav_cap, 0);
     const int types[6] = {2, 2, 3, 6, 6, 4};
-    for (int k = 0; k < 6; k++) nav_type[k] = types[k], nav_lat[k] = (float)k;
+    for (int k = 0; k < 6; k++) {
+        nav_type[k] = types[k], nav_lat[k] = (float)k;
+        C_to_C(std::to_string(k).c_str(), nav_id[k]), C_to_C(nav_id[k], nav_name[k]);
+    }
     int first, last;
     navaid_run(6, &first, &last);
     EXPECT_EQ(std::pair(first, last), std::pair(3, 4));
@@ -219,6 +224,7 @@ TEST_F(AirportTables, NavaidRunsAreFoundAndAddsGoAtTheirEnd)
     EXPECT_STREQ(nav_name[5], "Untitled");
     EXPECT_EQ(std::vector<int>(nav_type + 3, nav_type + 7), (std::vector<int>{6, 6, 6, 4}));   // the rest up by one
     EXPECT_EQ(nav_lat[6], 5.0f);
+    EXPECT_EQ(std::string(nav_id[6]) + nav_name[6], "55");   // the record moved whole
     click(400, 385);   // DELETE NAVAID closes the table up again
     EXPECT_EQ(nav_type[5], 4);
     EXPECT_EQ(nav_type[nav_cap - 1], 0);   // the last slot freed, not doubled
