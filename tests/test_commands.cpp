@@ -26,16 +26,17 @@ TEST_F(MapView, PointerReadoutInDegreesMinutesSecondsAndDecimal)
 }
 
 // A cell is the quadrilateral of its four vertices as drawn, not their square:
-// here one leaning right, 20 wide at the bottom, its top 10 further east.
+// here one leaning right, 20 wide at the bottom, its top 10 further east and
+// rising 5 to the east, so that no two edges are alike.
 TEST(CellPick, SkewedCellHoldsWhatLiesInsideItsEdgesOnly)
 {
-    const float corners[4][4] = {{5, 5, 100, 100}, {5, 6, 110, 120}, {6, 6, 130, 120}, {6, 5, 120, 100}};
+    const float corners[4][4] = {{5, 5, 100, 100}, {5, 6, 110, 120}, {6, 6, 130, 125}, {6, 5, 120, 100}};
     for (const auto& c : corners) flt_plotx[(int)c[0]][(int)c[1]] = c[2], flt_ploty[(int)c[0]][(int)c[1]] = c[3];
     const struct { float x, y; int held; } points[] = {
-        {105, 101, 1}, {127, 115, 1}, {112, 119.5f, 1},   // inside, near the leaning edges and the top
+        {105, 101, 1}, {125, 115, 1}, {112, 119.5f, 1}, {125, 123, 1},   // inside, near the leaning edges and the top
         {101, 110, 0}, {128, 105, 0},                      // in the square, outside the lean
-        {125, 110, 0}, {110, 100, 0}, {120, 120, 0},        // on an edge: in neither cell
-        {131, 119, 0}, {115, 121, 0}, {115, 99, 0}};
+        {124, 110, 0}, {110, 100, 0}, {118, 122, 0},        // on an edge: in neither cell
+        {131, 119, 0}, {115, 122, 0}, {115, 99, 0}};
     for (const auto& p : points) EXPECT_EQ(cell_holds(5, 5, p.x, p.y), p.held) << p.x << "," << p.y;
 }
 
