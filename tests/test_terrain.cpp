@@ -233,6 +233,8 @@ TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
 
     for (int o = st_r0; o <= st_r3; o++)   // a quarter turn moves each corner's texture place one corner on
         for (int c = 0; c < 8; c++) EXPECT_EQ(st_table[(o + 1) % 4][c / 4][c % 4], st_table[o][c / 4][(c + 3) % 4]) << o;
+    for (const auto& o : st_table)   // turned, mirrored or swapped, the texture's four corners fall on the cell's four
+        EXPECT_EQ((std::set<std::pair<float, float>>{{o[0][0], o[1][0]}, {o[0][1], o[1][1]}, {o[0][2], o[1][2]}, {o[0][3], o[1][3]}}).size(), 4u);
     const int next[st_count] = {st_r1, st_r2, st_r3, st_r0, st_r1, st_r3, st_r0};
     for (int o = 0; o < st_count; o++) {
         set_orientation(7, 7, o, 2000);
