@@ -35,6 +35,7 @@ static pixel_set baked_number(float value, int digits, int decimals, float spaci
 TEST_F(TextTest, NumberFieldShowsLeadingZerosTheStopAndCommas)
 {
     EXPECT_EQ(baked_number(7, 3, 0, 6, 0), stamped("007", 100, 50, 6));
+    EXPECT_EQ(std::vector<int>(px_at(rgb_array, 101, 56), px_at(rgb_array, 101, 56) + 3), (std::vector<int>{0, 255, 0}));   // values are pure green
     // The stop half a step right of the digit before the units and one unit
     // lower; half rounds up on the scaled value.
     EXPECT_EQ(baked_number(0.125f, 3, 2, 6, 0), stamped(".", 103, 49, 6, stamped("013", 100, 50, 6)));
