@@ -247,7 +247,9 @@ TEST_F(Flows, TheObstacleJob)
     ASSERT_TRUE(changes([] { click_on_map(80, 175); }, 240, 240, 250, 260)) << "no open dialog";
     ASSERT_TRUE(changes([] { xdo(to(340, 484) + "click 1"); }, 250, 470, 530, 490)) << "the folder did not open";
     xdo(to(340, 484) + "click 1");
-    close_alert_with_return();
+    ASSERT_TRUE(eventually(alert_up)) << "no alert";
+    xdo("key Return");
+    ASSERT_TRUE(eventually([] { return !alert_up(); })) << "Return left the alert open";
     obstacle_tool(1);
     drag(300, 300, 320, 280);
     obstacle_tool(0);
