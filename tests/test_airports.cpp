@@ -159,6 +159,7 @@ TEST_F(AirportTables, AFrameOfTheScreenKeepsTheRecordAndItsControlsChangeIt)
         screen_frame();
         EXPECT_EQ(record(r), "125 10 " + std::string(1, sides[r]) + " " + std::to_string(codes[r]));
     }
+    EXPECT_EQ(written(7, 20, 313, 64, 3), rect_pixels(22, 314, 59, 1, {{22, 313}, {80, 313}}));   // the fourth row's frame, 10 high
     EXPECT_EQ(written(7, 115, 119, 50, 7), stamped(",", 133, 119, 6, stamped("00125", 118, 119, 10)));   // 00,125 ft
     EXPECT_EQ(written(7, 223, 74, 20, 7), stamped("01", 226, 74, 10));   // the runway's number
     C_to_C("KABC", apt_id[0]), screen_frame(310, 115), screen_frame(320, 115);   // the id's last letter on; past it, nothing

@@ -1,8 +1,6 @@
 #include "fuzz_driver.h"
 #include "hl/Hl_graph.h"
 
-#include <cstring>
-
 // The picture is the input after its first byte, which picks how it is
 // loaded: into the panel buffer or a texture of each kind, and the texture
 // size limit of a small or a large display.
