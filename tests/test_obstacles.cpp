@@ -56,4 +56,6 @@ TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)
     EXPECT_EQ(msc.obj_sel * 10 + (int)alerts_seen().size(), 71);
     msc.obj_tool = 0, on(33.5f, -118.5f, 1);   // the delete tool on a tile with none: another tile's slot 0 stays
     EXPECT_EQ(obj_type[0] * 10 + msc.obj_sel, 17);
+    put(0, 2, 33.5f, -118.5f), on(33.5f, -118.5f, 1);   // and on the one it holds, slot 0 goes
+    EXPECT_EQ(obj_type[0] * 10 + msc.obj_sel, 0);
 }
