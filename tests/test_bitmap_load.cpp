@@ -77,6 +77,7 @@ TEST_F(BitmapLoad, PanelKeepsWhatLiesUnderItsMagenta)
     ASSERT_EQ(load(-101, 10, 20, "pics:two"), 1);
     const unsigned char* p = rgb_array + (20 * canvas_w + 10) * 4;
     EXPECT_EQ(std::vector<int>(p, p + 8), (std::vector<int>{9, 8, 7, 255, 0x33, 0x33, 0x33, 0x33}));
+    EXPECT_FATAL_ALERT(load(-101, 10, 20, "pics:gone"), "Can't open bitmap!");   // a panel must be there
 }
 
 // 1024 by 1024 at three bytes a pixel is more than the 1920000 bytes of the
