@@ -62,4 +62,7 @@ TEST_F(Keys, KeysAndMenuRunTheirCommandsOnTheMapScreens)
     is_water[20][30] = 1, planey[20][30] = planey[21][30] = planey[21][31] = 5, planey[20][31] = 7;
     APPLICATION_handlemenu(cmd_flatten_water);
     EXPECT_EQ(planey[20][31], 5);
+    msc.screen = 202;   // the airport diagram zooms in ten steps of 1.25 at most
+    for (int k = 0; k < 11; k++) MACIBM_handlekey(0xBB);
+    EXPECT_FLOAT_EQ(msc.apt_zoom, 9.3132257f);
 }
