@@ -123,16 +123,6 @@ inline void start_xvfb(const char* screen = "800x600x24")
     ASSERT_NE(run.x = XOpenDisplay(run.display.c_str()), nullptr);
 }
 
-// A window manager, for the frame, the title bar and the usable area.
-inline void start_window_manager()
-{
-    run.wm = start_child("wm.log", [] { execlp("openbox", "openbox", "--sm-disable", (char*)nullptr); });
-    ASSERT_TRUE(eventually([] {
-        return output_of("DISPLAY=" + run.display + " xprop -root _NET_SUPPORTING_WM_CHECK").find("window id") !=
-               std::string::npos;
-    })) << "the window manager did not come up";
-}
-
 // The folder of a run: the program with the build's menus and textures, the
 // staged panels, a splash of one colour, a copy of the sample data that saves
 // may change, and an empty preference folder.
@@ -211,16 +201,6 @@ inline unsigned long panel_colour(int x, int y)
     const bmp_rgb c = panel_pixel(x, y);
     return (unsigned long)c.r << 16 | (unsigned long)c.g << 8 | c.b;
 }
-// Canvas pixels of the box that are not the staged panel's.
-inline int off_panel(int x1, int y1, int x2, int y2)
-{
-    const pixels px = grab(x1, y1, x2, y2);
-    int wrong = 0, k = 0;
-    for (int y = y2; y >= y1; y--)
-        for (int x = x1; x <= x2; x++) wrong += px.at(k++) != panel_colour(x, y);
-    return wrong;
-}
-
 // Where a canvas unit lands on the root window for a window of this box: the
 // canvas is the largest 4:3 area of the window, centred.
 inline screen_point on_screen(const window_box& b, float cx, float cy)

@@ -125,7 +125,12 @@ TEST_F(WindowSize, ResizedWindowHasBarsAndClicksStillLand)
 TEST_F(WindowSize, UnderAWindowManagerTheFramedWindowFitsTheDisplay)
 {
     ASSERT_NO_FATAL_FAILURE(start_xvfb("1366x768x24"));
-    ASSERT_NO_FATAL_FAILURE(start_window_manager());
+    // A window manager, for the frame, the title bar and the usable area.
+    run.wm = start_child("wm.log", [] { execlp("openbox", "openbox", "--sm-disable", (char*)nullptr); });
+    ASSERT_TRUE(eventually([] {
+        return output_of("DISPLAY=" + run.display + " xprop -root _NET_SUPPORTING_WM_CHECK").find("window id") !=
+               std::string::npos;
+    })) << "the window manager did not come up";
     ASSERT_NO_FATAL_FAILURE(start_program());
     // 1.25 would give 750 rows, which with a title bar no longer fit 768.
     // The window manager places the window after it shows: wait for the
