@@ -19,14 +19,17 @@ static bool announced(const char* first_line)
 }
 
 // An announced alert is answered at once, as a user pressing O.K. would: it
-// shows no window, and a fatal one ends the process there with status 0,
-// without touching the window (a death test's child shares it with its parent).
+// shows no window. A fatal one inside EXPECT_FATAL_ALERT ends the process
+// there with status 0, without touching the window (a death test's child
+// shares it with its parent); anywhere else a fatal alert fails the test,
+// announced or not.
 static int watch_alert(const char* l1, const char* l2, const char* l3, const char* l4, int kind)
 {
     auto text = [](const char* s) { return std::string(s ? s : ""); };
     seen.push_back(text(l1) + " | " + text(l2) + " | " + text(l3) + " | " + text(l4));
-    if (announced(text(l1).c_str()) && (kind == alert_fatal || kind == alert_fatal_number)) std::_Exit(0);
-    if (announced(text(l1).c_str())) return 1;
+    const bool fatal = kind == alert_fatal || kind == alert_fatal_number;
+    if (announced(text(l1).c_str()) && fatal && fatal_alert_expected) std::_Exit(0);
+    if (announced(text(l1).c_str()) && !fatal) return 1;
     ADD_FAILURE() << "an alert the test did not announce (kind " << kind << "): " << seen.back();
     const ::testing::TestInfo* test = ::testing::UnitTest::GetInstance()->current_test_info();
     std::printf("[  FAILED  ] %s.%s\n", test ? test->test_suite_name() : "?", test ? test->name() : "?");
