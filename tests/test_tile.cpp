@@ -172,6 +172,9 @@ TEST_F(TileFile, MissingFileOrWrongHeadLaysABlankWaterTile)
     }
     write_file(tile_file, good.substr(0, 1000));
     EXPECT_FATAL_ALERT(read_terrain(), "File-scanning error!");
+    // A folder in the tile's place: the save warns, and the editor keeps the changes.
+    std::remove((root + tile_file).c_str()), write_file(std::string(tile_file) + "/in the way", ""), msc.ter_dirty = 1;
+    expect_alert("I could not put the saved file"), writeout(200); EXPECT_EQ(msc.ter_dirty * 10 + (int)alerts_seen().size(), 12);
     // The coast holds 3000 points of a tile; one more is fatal.
     std::string pairs = "I\r\n1 version\r\n";
     for (int k = 0; k <= coast_cap; k++) pairs += "33.5 -118.5\n";
