@@ -20,16 +20,14 @@ TEST_F(TextureLoad, TextureTexelsAreTheFilesPixels)
     const std::string folder = "/tmp/tf_texture_" + std::to_string(getpid()) + "/";
     char kept_path[path_len];
     C_to_C(app_path, kept_path);
+    C_to_C(folder.c_str(), app_path);
+    int width = 0, height = 0;
     // The size, and the display's limit: as wide as it, then as wide and as high.
     for (auto [w, h, limit] : {std::array{1024, 512, 1024}, std::array{64, 64, 64}}) {
         write_bytes(folder + "pic.BMP", bmp_bytes(w, h, pixel));
-        C_to_C(folder.c_str(), app_path);
-        int width = 0, height = 0;
         max_texture_size_override = limit;
-        const int loaded = OGL_texbmp(-100, 61, 0, w == h ? -104 : 0, "pic", &width, &height, 1.0f);   // square: mipmapped
+        EXPECT_EQ(OGL_texbmp(-100, 61, 0, w == h ? -104 : 0, "pic", &width, &height, 1.0f), 1);   // square: mipmapped
         max_texture_size_override = 0;
-        C_to_C(kept_path, app_path);
-        ASSERT_EQ(loaded, 1);
         OGL_bindtex(61);
         glPixelStorei(GL_PACK_ALIGNMENT, 1);
         std::vector<unsigned char> texels(w * h * 3);
@@ -49,15 +47,21 @@ TEST_F(TextureLoad, TextureTexelsAreTheFilesPixels)
         }
         EXPECT_EQ(wrong, 0) << w << " by " << h;
     }
+    // A keyed texture's magenta is transparent black, every other pixel opaque.
+    write_bytes(folder + "key.BMP", bmp_bytes(2, 2, [](int x, int y) { return x == y ? bmp_rgb{255, 0, 255} : bmp_rgb{9, 8, 7}; }));
+    EXPECT_EQ(OGL_texbmp(-100, 61, 0, -105, "key", &width, &height, 1.0f), 1);
+    unsigned char key[16];
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, key);
+    EXPECT_EQ(std::vector<int>(key, key + 16), (std::vector<int>{0, 0, 0, 0, 9, 8, 7, 255, 9, 8, 7, 255, 0, 0, 0, 0}));
     std::filesystem::remove_all(folder);
     // A missing file gives a white texture 4 by 4, whatever the loader held before.
-    int width = 0, height = 0;
     std::memset(rgb_array, 0, sizeof rgb_array);
     EXPECT_EQ(OGL_texbmp(-100, 61, 0, 0, "no such picture", &width, &height, 1.0f), 0);
     unsigned char texels[4 * 4 * 3];
     OGL_bindtex(61);
     glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, texels);
     EXPECT_EQ(std::count(texels, texels + 48, 255) + 1000 * width + 100 * height, 48 + 4400);
+    C_to_C(kept_path, app_path);
 }
 
 class BitmapLoad : public WorldTest {
