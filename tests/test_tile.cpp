@@ -46,6 +46,7 @@ protected:
         set_orientation(6, 50, st_r2, 2003);
         set_orientation(7, 50, st_r3, 2007);
         set_orientation(8, 50, st_flip_t, 52);
+        set_orientation(9, 50, st_r0, 0);   // code -40000: the largest digit alone
         C_to_C("rock face", msc.ter_tex_name[3]);
         C_to_C("sand", msc.ter_tex_name[7]);
         C_to_C("painted nowhere", msc.ter_tex_name[9]);
