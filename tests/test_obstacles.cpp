@@ -22,7 +22,7 @@ struct Obstacles : WorldTest {
 
 TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)
 {
-    put(1, 2, 50, 10), put(2, 3, 33.5f, -118.5f), obj_hddz[2] = 250;   // slot 1 holds another tile's obstacle
+    put(1, 9, 33.5f, -118.5f), put(2, 3, 33.5f, -118.5f), obj_hddz[2] = 250;   // slot 1 holds a kind no tool makes
     on(33.5f, -118.5f, 1);
     msc.obj_tool = 5;
     on(33.4f, -118.4f, 1);
