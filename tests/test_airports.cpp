@@ -38,8 +38,7 @@ void expect_runs(std::initializer_list<std::pair<int, int>> runs)
 {
     int a = 0;
     for (auto [lo, hi] : runs) {
-        EXPECT_EQ(apt_lo_ind[a], lo) << "airport " << a;
-        EXPECT_EQ(apt_hi_ind[a], hi) << "airport " << a;
+        EXPECT_EQ(std::pair(apt_lo_ind[a], apt_hi_ind[a]), std::pair(lo, hi)) << "airport " << a;
         a++;
     }
     EXPECT_EQ(apt_wrl_max, a - 1);
@@ -109,12 +108,9 @@ TEST_F(AirportTables, AirportsComeWithARunwayAndGoWithTheirs)
     EXPECT_EQ(lats(0, rwy_wrl_max), "1! 1 0 6 ");   // lying on the runway it went in ahead of
     EXPECT_EQ(msc.rwy_sel, 0);
 
-    msc.apt_sel = 0;   // deleting every airport leaves an empty table
-    for (int k = 0; k < 3; k++) adddel_aptrwy(1, 0, 0);
-    EXPECT_EQ(apt_wrl_max, -1);
-    EXPECT_EQ(rwy_wrl_max, -1);
-    adddel_aptrwy(1, 0, 0);      // nothing left to delete
-    EXPECT_EQ(apt_wrl_max, -1);
+    msc.apt_sel = 0;   // deleting every airport leaves an empty table, where a fourth delete finds nothing
+    for (int k = 0; k < 4; k++) adddel_aptrwy(1, 0, 0);
+    EXPECT_EQ(std::pair(apt_wrl_max, rwy_wrl_max), std::pair(-1, -1));
     adddel_aptrwy(1, 1, 0);      // and a new airport into the empty table
     expect_runs({{0, 0}});
     screen_frame(190, 238);      // whose ADD RUNWAY works like any other's
