@@ -296,9 +296,9 @@ TEST_F(Flows, NewAirportAndGlideslopeAreSaved)
     const std::vector<std::string> lines = lines_from(file_text(apt_path), "Newfield", 4);
     ASSERT_EQ(lines.size(), 4u);
     EXPECT_EQ(lines[0], "1      0 0 0 0000 Newfield\r");   // in its columns, as the database test has them
-    // Two new runways of 2000 by 100, then the airport that was first.
+    // Two new runways, number 0 without a side, heading 0, 2000 by 100; then the airport that was first.
     EXPECT_EQ(lines[1].substr(0, 2), "10");
-    for (int k : {1, 2}) EXPECT_NE(lines[k].find(" 2000 "), std::string::npos) << lines[k];
+    for (int k : {1, 2}) EXPECT_NE(lines[k].find("  0 x   0.00  2000  100 "), std::string::npos) << lines[k];
     EXPECT_NE(lines[3].find("KLAX Los Angeles Intl"), std::string::npos) << lines[3];
     // The next start comes back to this tile, screen and airport (whole
     // degrees without decimals, as the database's save left the stream).
