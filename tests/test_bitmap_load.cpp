@@ -82,6 +82,8 @@ TEST_F(BitmapLoad, PanelKeepsWhatLiesUnderItsMagenta)
     const unsigned char* p = rgb_array + (20 * canvas_w + 10) * 4;
     EXPECT_EQ(std::vector<int>(p, p + 8), (std::vector<int>{9, 8, 7, 255, 0x33, 0x33, 0x33, 0x33}));
     EXPECT_FATAL_ALERT(load(-101, 10, 20, "pics:gone"), "Can't open bitmap!");   // a panel must be there
+    write_file("pics/none.BMP", bmp_bytes(0, 3, panel_pixel));   // rows without a pixel
+    EXPECT_FATAL_ALERT(load(-101, 10, 20, "pics:none"), "Bitmap has no pixels!");
 }
 
 // 1024 by 1024 at three bytes a pixel is more than the 1920000 bytes of the
