@@ -173,6 +173,8 @@ TEST_F(TileFile, MissingFileOrWrongHeadLaysABlankWaterTile)
     }
     write_file(tile_file, good.substr(0, 1000));
     EXPECT_FATAL_ALERT(read_terrain(), "File-scanning error!");
+    write_file(tile_file, good.substr(0, good.size() - 498 * 40 - 35)), read_terrain();   // cut 5 bytes into slot 1's name
+    EXPECT_STREQ(msc.ter_tex_name[2], "Untitled");   // the slots behind are free
     // A folder in the tile's place: the save warns, and the editor keeps the changes.
     std::remove((root + tile_file).c_str()), write_file(std::string(tile_file) + "/in the way", ""), msc.ter_dirty = 1;
     expect_alert("I could not put the saved file"), writeout(200); EXPECT_EQ(msc.ter_dirty * 10 + (int)alerts_seen().size(), 12);
