@@ -58,4 +58,9 @@ TEST_F(Obstacles, NewObstaclesInheritAndTheFieldsFollowTheKind)
     EXPECT_EQ(obj_type[0] * 10 + msc.obj_sel, 17);
     put(0, 2, 33.5f, -118.5f), on(33.5f, -118.5f, 1);   // and on the one it holds, slot 0 goes
     EXPECT_EQ(obj_type[0] * 10 + msc.obj_sel, 0);
+    // A frame here derives the tile's textures as the terrain screen does: mountain blocks from (1, 1).
+    std::memset(is_water, 0, sizeof is_water);
+    for (int i = 0; i < grid_ni; i++) std::fill(planey[i], planey[i] + grid_nj, 200.0f * i);   // a slope of 0.13
+    at(-50, -50, 0);
+    EXPECT_TRUE(planetex[1][40] != 54 && planetex[31][77] == 54);
 }
