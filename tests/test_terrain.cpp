@@ -98,30 +98,24 @@ using TerrainScreen = TerrainTest;
 TEST_F(TerrainView, WaterByItsSlopeLandByHeightAndGridOnlyAboveZoomTwo)
 {
     // Level water is dark blue, water on a slope light blue.
-    planey[8][8] = 1;
-    draw_map();
+    planey[8][8] = 1, draw_map();
     auto rgb = [](const unsigned char* p) { return p[0] << 16 | p[1] << 8 | p[2]; };
     EXPECT_EQ(rgb(cell_px(5, 5)), 0x000099);
     EXPECT_EQ(rgb(cell_px(7, 7)), 0x6666FF);
     EXPECT_EQ(of_colour(8).size(), 32u);   // the selected vertex's red frame, 4 either side: 9 pixels a side
     planey[8][8] = 0;
-    std::memset(is_water, 0, sizeof is_water);
-    draw_map();   // all at 0 m: low -1, high 1, f 0.5
+    std::memset(is_water, 0, sizeof is_water), draw_map();   // all at 0 m: low -1, high 1, f 0.5
     EXPECT_NEAR(cell_px(5, 5)[0], 0.1 * 255, 1);
     EXPECT_NEAR(cell_px(5, 5)[1], 0.4 * 255, 1);
-    planey[40][40] = planey[41][40] = planey[40][41] = planey[41][41] = 10;
-    draw_map();   // low -1, high 11
+    planey[40][40] = planey[41][40] = planey[40][41] = planey[41][41] = 10, draw_map();   // low -1, high 11
     EXPECT_NEAR(cell_px(40, 40)[1], 0.8 * 11 / 12 * 255, 1);
     EXPECT_NEAR(cell_px(5, 5)[1], 0.8 / 12 * 255, 1);
-    msc.map_zoom = 2.0f;
-    draw_map();
+    msc.map_zoom = 2.0f, draw_map();
     EXPECT_EQ(of_colour(18).size(), 0u);
-    msc.map_zoom = 2.05f;
-    draw_map();
+    msc.map_zoom = 2.05f, draw_map();
     EXPECT_GT(of_colour(18).size(), 1000u);
     // A vertex moved north: the grid's line along its row rises to it.
-    planelat[11][10] += 0.005f;
-    draw_map();
+    planelat[11][10] += 0.005f, draw_map();
     const int mx = (int)std::lround((flt_plotx[10][10] + flt_plotx[11][10]) / 2);
     const int my = (int)std::lround((flt_ploty[10][10] + flt_ploty[11][10]) / 2);
     EXPECT_TRUE(shows(mx, my - 1, 18) || shows(mx, my, 18) || shows(mx, my + 1, 18)) << mx << "," << my;
@@ -132,17 +126,15 @@ TEST_F(TerrainView, CoastDotsGrowWithTheZoomAndRunwaysShowOnTheirTile)
 {
     msc.coast_num = 1, coast_lat[0] = 33.01f, coast_lon[0] = -118.99f;
     for (const int zoom : {1, 3}) {
-        msc.map_zoom = (float)zoom;
-        draw_map();
+        msc.map_zoom = (float)zoom, draw_map();
         EXPECT_EQ(of_colour(0).size(), (size_t)(zoom * zoom)) << "zoom " << zoom;
     }
     // A runway in the middle of the tile to the east shows in grey (15) on that tile only.
     apt_wrl_max = rwy_wrl_max = apt_lo_ind[0] = apt_hi_ind[0] = 0;
-    rwy_lat[0] = 33.5f, rwy_lon[0] = -117.5f, rwy_len[0] = 9000, rwy_width[0] = 3000, msc.map_zoom = 1;
-    draw_map();
+    rwy_lat[0] = 33.5f, rwy_lon[0] = -117.5f, rwy_hdng[0] = 0, rwy_len[0] = 9000, rwy_width[0] = 3000,
+    msc.map_zoom = 1, draw_map();
     EXPECT_EQ(of_colour(15).size(), 0u);
-    msc.lon = -118;
-    draw_map();
+    msc.lon = -118, draw_map();
     // Its middle at (406, 291); 9000 feet north to south are 14 of the map's 573 pixels a degree.
     EXPECT_TRUE(shows(406, 285, 15) && shows(406, 297, 15) && !shows(406, 282, 15) && !shows(406, 300, 15));
 }
@@ -163,8 +155,7 @@ static pixel_set lines(std::initializer_list<std::array<int, 4>> from_to, int x0
 static pixel_set symbol_of(int kind)
 {
     obj_type[0] = kind;
-    obj_lat[0] = ret_lat(300.02f), obj_lon[0] = ret_lon(300.01f, 300.02f);
-    draw_map();
+    obj_lat[0] = ret_lat(300.02f), obj_lon[0] = ret_lon(300.01f, 300.02f), draw_map();
     return of_colour(0);
 }
 
