@@ -93,19 +93,19 @@ TEST_F(AirportTables, RunwayRowsShowBothEnds)
 TEST_F(AirportTables, AirportsComeWithARunwayAndGoWithTheirs)
 {
     make_airports({2, 4, 1});
-    sort_runways(0, 1);   // longest first, every field with its runway
-    EXPECT_EQ(lats(0, 1), "1 0 ");
+    rwy_num[5] = 99, sort_runways(2, 5);   // longest first, a 99 last however long; every field with its runway
+    EXPECT_EQ(lats(2, 5), "4 3 2 5 ");
     msc.apt_sel = 1;
     adddel_aptrwy(1, 0, 0);   // its four runways go with it
     expect_runs({{0, 1}, {2, 2}});
-    EXPECT_EQ(lats(0, rwy_wrl_max), "1 0 6 ");
+    EXPECT_EQ(lats(0, rwy_wrl_max), "0 1 6 ");
     EXPECT_EQ(std::tuple(std::string(apt_name[1]), apt_h[1], apt_twr[1], apt_bld[1]), std::tuple("A2", 2.0f, 0, 0));
 
     msc.apt_sel = 0;   // a new first airport takes the run from 0
     adddel_aptrwy(1, 1, 0);
     expect_runs({{0, 0}, {1, 2}, {3, 3}});
     EXPECT_STREQ(apt_name[0], "Untitled");
-    EXPECT_EQ(lats(0, rwy_wrl_max), "1! 1 0 6 ");   // lying on the runway it went in ahead of
+    EXPECT_EQ(lats(0, rwy_wrl_max), "0! 0 1 6 ");   // lying on the runway it went in ahead of
     EXPECT_EQ(msc.rwy_sel, 0);
 
     msc.apt_sel = 0;   // deleting every airport leaves an empty table, where a fourth delete finds nothing
