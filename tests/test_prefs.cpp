@@ -44,6 +44,7 @@ TEST_F(Prefs, ValuesOutOfRangeTakeTheirDefaultsAndAPlaceReadsBack)
     std::filesystem::remove_all(root + "config");
     EXPECT_EQ(handle_prefs(0, 6, path), 1);
     set_msc_defaults();
+    EXPECT_EQ(msc.obj_tool, 95);   // whatever was saved, the obstacle screen starts with the select tool
     EXPECT_EQ(handle_prefs(0, 5, path), 1);
     EXPECT_EQ(place(), "-99.000000 999.000000 tool 4 screen 200 4 2");
     EXPECT_FATAL_ALERT(handle_prefs(5, 6, path), "Bad pref arg!");   // no sixth file to write
