@@ -255,9 +255,9 @@ TEST_F(Flows, TheObstacleJob)
     ASSERT_TRUE(eventually(alert_up)) << "no alert";
     xdo("key Return");
     ASSERT_TRUE(eventually([] { return !alert_up(); })) << "Return left the alert open";
-    obstacle_tool(1);
+    obstacle_tool(0), xdo("key m");   // the M key: from delete to move,
     drag(300, 300, 320, 280);
-    obstacle_tool(0);
+    xdo("key m key m");   // then to select and back to delete
     click_on_map(400, 200);
 
     by_menu(100);
