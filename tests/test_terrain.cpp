@@ -114,6 +114,8 @@ TEST_F(TerrainView, WaterByItsSlopeLandByHeightAndGridOnlyAboveZoomTwo)
     EXPECT_EQ(of_colour(18).size(), 0u);
     msc.map_zoom = 2.05f, draw_map();
     EXPECT_GT(of_colour(18).size(), 1000u);
+    const int cx = (int)(flt_plotx[10][35] + flt_plotx[11][36]) / 2, cy = (int)(flt_ploty[10][35] + flt_ploty[11][36]) / 2;
+    EXPECT_EQ(of_colour(18, cx - 5, cy - 4, 11, 9).size(), 0u) << cx << "," << cy;   // the lines stay on the cells' edges
     // A vertex moved north: the grid's line along its row rises to it.
     planelat[11][10] += 0.005f, draw_map();
     const int mx = (int)std::lround((flt_plotx[10][10] + flt_plotx[11][10]) / 2);
@@ -196,8 +198,7 @@ TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
     flt_plotx[10][10] = 308;
     int before[grid_ni][grid_nj];
     std::memcpy(before, is_water, sizeof before);
-    msc.ter_tool = 2;
-    frame_at(302, 59, 1);   // in the square of (10, 9), but west of its moved edge
+    msc.ter_tool = 2, frame_at(302, 59, 1);   // in the square of (10, 9), but west of its moved edge
     EXPECT_EQ(is_water[9][9], 0);
     is_water[9][9] = 1;
     frame_at(300, 52, 1);   // on the edge between (9, 8) and (10, 8): neither
@@ -209,12 +210,10 @@ TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
     frame_at(205, 32, 1);
     EXPECT_EQ(is_water[0][4], 1);
 
-    msc.ter_tool = 4, msc.ter_tex = 3;
-    frame_at(255, 103, 1);   // cell (5, 18)
+    msc.ter_tool = 4, msc.ter_tex = 3, frame_at(255, 103, 1);   // cell (5, 18)
     EXPECT_EQ(planetex[5][18], 2002u);
     EXPECT_EQ(msc.show_tex, 1);
-    msc.ter_tool = 3;
-    frame_at(255, 103, 1);
+    msc.ter_tool = 3, frame_at(255, 103, 1);
     frame_at(265, 103, 1);   // a stock cell is derived again at once
     EXPECT_EQ(orientation_of(5, 18), st_r1);
     EXPECT_EQ(orientation_of(6, 18), st_r0);
@@ -246,18 +245,17 @@ TEST_F(TerrainScreen, ZoomTileElevationAndTextureList)
     EXPECT_EQ(texture_list_row(201), -1);
     EXPECT_EQ(texture_list_row(200), 0);
     EXPECT_EQ(texture_list_row(66), 8);
+    baked([] { frame_at(-50, -50, 0); });
+    EXPECT_EQ(written(-1, 28, 204, 100, 7), stamped("Norvane Defaults", 28, 204));   // the list's top row: the defaults
     frame_at(60, 201, 1);   // the name of the defaults row: no file, no dialog
     EXPECT_EQ(windows_shown.count(win_open_dialog), 0u);
     frame_at(60, 195, 1);   // slot 0's name asks for a file
     EXPECT_EQ(windows_shown.count(win_open_dialog), 1u);
-    msc.ter_tex = 5;
-    frame_at(14, 207, 1);   // its lamp lays the stock textures
+    msc.ter_tex = 5, frame_at(14, 207, 1);   // its lamp lays the stock textures
     EXPECT_EQ(msc.ter_tex, 0);
     frame_at(30, 220, 1);   // up, at the top already
     EXPECT_EQ(tex_list_top, 0);
-    tex_list_top = 490;
-    frame_at(30, 60, 1);
-    frame_at(30, 60, 1);
+    tex_list_top = 490, frame_at(30, 60, 1), frame_at(30, 60, 1);
     EXPECT_EQ(tex_list_top, 491);
     frame_at(30, 220, 0, 1, 1);   // held past the delay, between the pulses
     EXPECT_EQ(tex_list_top, 490);
