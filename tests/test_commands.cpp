@@ -23,6 +23,8 @@ TEST_F(MapView, PointerReadoutInDegreesMinutesSecondsAndDecimal)
     shown = stamped("-119", 14, 12, 6, stamped("00", 50, 12, 6, stamped("00", 74, 12, 6, shown)));
     shown = stamped(".", 120, 11, 6, stamped("-11900000", 99, 12, 6, shown));
     EXPECT_EQ(baked(draw_pointer_readout, 7), shown);
+    mnw.mouse_x = 317, baked(draw_pointer_readout, 7);   // 118 41 15 W: its minutes and seconds keep the sign
+    EXPECT_EQ(written(7, 44, 12, 42, 7), stamped("-41", 44, 12, 6, stamped("-15", 68, 12)));
 }
 
 // A cell is the quadrilateral of its four vertices as drawn, not their square:
