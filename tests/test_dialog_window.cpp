@@ -134,9 +134,11 @@ TEST_F(DialogLoop, GoingUpStopsAtTheStartFolderWhereEveryDialogStarts)
     EXPECT_EQ(run(win_open_dialog, {{'c', strip_x, 34}, {'c', list_x, row0_y}, {'c', cancel_x, cancel_y}}), 0);
     EXPECT_EQ(after.back().substr(0, 5), "./zz/");
     // Pressed below the strip and held into it: a unit above its end, 60 * 391 / 392 is item 59.
-    run(win_open_dialog, {{'p', strip_x, 443}, {'m', strip_x, 42}, {'r', strip_x, 42}, {'c', cancel_x, cancel_y}});
+    // Let go, the list no longer follows the mouse.
+    run(win_open_dialog,
+        {{'p', strip_x, 443}, {'m', strip_x, 42}, {'r', strip_x, 42}, {'m', strip_x, 300}, {'c', cancel_x, cancel_y}});
     EXPECT_EQ(first_frame_items, 61);
-    EXPECT_EQ(after[0] + after[1], "./ 0 61./ 59 61");
+    EXPECT_EQ(after[0] + after[1] + after[3], "./ 0 61./ 59 61./ 59 61");
     EXPECT_TRUE(std::is_sorted(g_name, g_name + 61, [](auto a, auto b) { return std::strcmp(a, b) < 0; }));
     for (int k = 0; k < 61; k++) EXPECT_EQ(g_path[k], start_folder + g_name[k]) << "the sort moves each path with its name";
     EXPECT_EQ(open_files(), open_before) << "folders listed and left open";
