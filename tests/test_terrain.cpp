@@ -200,8 +200,7 @@ TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
     std::memcpy(before, is_water, sizeof before);
     msc.ter_tool = 2, frame_at(302, 59, 1);   // in the square of (10, 9), but west of its moved edge
     EXPECT_EQ(is_water[9][9], 0);
-    is_water[9][9] = 1;
-    frame_at(300, 52, 1);   // on the edge between (9, 8) and (10, 8): neither
+    is_water[9][9] = 1, frame_at(300, 52, 1);   // on the edge between (9, 8) and (10, 8): neither
     frame_at(200, 30, 1);   // on the tile's west edge
     EXPECT_EQ(std::memcmp(before, is_water, sizeof before), 0);
     frame_at(205, 32, 1);   // inside the first column's cell (0, 4), and back
@@ -236,8 +235,7 @@ TEST_F(TerrainScreen, CellToolsWorkOnTheQuadrilateralAsDrawn)
 
 TEST_F(TerrainScreen, ZoomTileElevationAndTextureList)
 {
-    msc.screen = 200;
-    frame_at(131, 569, 0);   // ZOOM + held from an earlier click does nothing; a click zooms once
+    msc.screen = 200, frame_at(131, 569, 0);   // ZOOM + held from an earlier click does nothing; a click zooms once
     EXPECT_FLOAT_EQ(msc.map_zoom, 1);
     frame_at(131, 569, 1);
     EXPECT_FLOAT_EQ(msc.map_zoom, 1.2f);
