@@ -51,7 +51,7 @@ TEST_F(TextureLoad, TextureTexelsAreTheFilesPixels)
     write_bytes(folder + "key.BMP", bmp_bytes(2, 2, [](int x, int y) { return x == y ? bmp_rgb{255, 0, 255} : bmp_rgb{9, 8, 7}; }));
     EXPECT_EQ(OGL_texbmp(-100, 61, 0, -105, "key", &width, &height, 1.0f), 1);
     unsigned char key[16];
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, key);
+    OGL_bindtex(61), glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, key);
     EXPECT_EQ(std::vector<int>(key, key + 16), (std::vector<int>{0, 0, 0, 0, 9, 8, 7, 255, 9, 8, 7, 255, 0, 0, 0, 0}));
     std::filesystem::remove_all(folder);
     // A missing file gives a white texture 4 by 4, whatever the loader held before.
