@@ -27,10 +27,12 @@ static void draw_map()
 
 static int shows(int x, int y, int col) { return has_colour(px_at(shot.data(), x, y), col); }
 
-static const unsigned char* cell_px(int i, int j)
+// The middle of cell (i, j) as drawn, in whole pixels, and the pixel there.
+static std::pair<int, int> cell_middle(int i, int j)
 {
-    return px_at(shot.data(), (int)(flt_plotx[i][j] + flt_plotx[i + 1][j + 1]) / 2, (int)(flt_ploty[i][j] + flt_ploty[i + 1][j + 1]) / 2);
+    return {(int)(flt_plotx[i][j] + flt_plotx[i + 1][j + 1]) / 2, (int)(flt_ploty[i][j] + flt_ploty[i + 1][j + 1]) / 2};
 }
+static const unsigned char* cell_px(int i, int j) { return px_at(shot.data(), cell_middle(i, j).first, cell_middle(i, j).second); }
 
 static pixel_set of_colour(int col, int x0 = 168, int y0 = 5, int w = 628, int h = 574)
 {
@@ -114,7 +116,7 @@ TEST_F(TerrainView, WaterByItsSlopeLandByHeightAndGridOnlyAboveZoomTwo)
     EXPECT_EQ(of_colour(18).size(), 0u);
     msc.map_zoom = 2.05f, draw_map();
     EXPECT_GT(of_colour(18).size(), 1000u);
-    const int cx = (int)(flt_plotx[10][35] + flt_plotx[11][36]) / 2, cy = (int)(flt_ploty[10][35] + flt_ploty[11][36]) / 2;
+    const auto [cx, cy] = cell_middle(10, 35);
     EXPECT_EQ(of_colour(18, cx - 5, cy - 4, 11, 9).size(), 0u) << cx << "," << cy;   // the lines stay on the cells' edges
     // A vertex moved north: the grid's line along its row rises to it.
     planelat[11][10] += 0.005f, draw_map();
