@@ -31,10 +31,8 @@ TEST(Helpers, OnlyDigitsMakeANumberAndNumbersComeBackAsDigits)
     // And back: no leading zeros, each number of digits at its first value.
     char out[12];
     for (auto [value, text] : {std::pair{0, "0"}, {-7, "-7"}, {9, "9"}, {99, "99"}, {10, "10"}, {100, "100"}, {1000, "1000"}, {10000, "10000"},
-                               {100000, "100000"}, {-999999, "-999999"}, {99999, "99999"}}) {
-        int_to_str(value, out);
-        EXPECT_STREQ(out, text);
-    }
+                               {100000, "100000"}, {-999999, "-999999"}, {99999, "99999"}})
+        EXPECT_STREQ((int_to_str(value, out), out), text);
 }
 
 // ---- derivation of the ground textures from the water flags ------------------------------------------
@@ -56,6 +54,16 @@ void derive_on(int water, F change)
     std::memset(planetex, 0, sizeof planetex);
     change();
     assign_terrain_texes(0, 0);
+}
+
+// Land rising by rise_i a row and rise_j a column, with water in cell (w, w).
+void derive_slope(float rise_i, float rise_j, int w)
+{
+    derive_on(0, [=] {
+        for (int i = 0; i < grid_ni; i++)
+            for (int j = 0; j < grid_nj; j++) planey[i][j] = rise_i * i + rise_j * j;
+        is_water[w][w] = 1;
+    });
 }
 
 struct cell { int i, j; unsigned int tex; int orientation; };
@@ -109,11 +117,7 @@ TEST_F(Derivation, OneGrassCellInWaterShowsEveryEdgeAndInsideCorner)
 // by two from (1, 1); not a block with water within a cell of it.
 TEST_F(Derivation, SteepLandAwayFromWaterIsMountain)
 {
-    derive_on(0, [] {
-        for (int i = 0; i < grid_ni; i++)
-            for (int j = 0; j < grid_nj; j++) planey[i][j] = 200.0f * i;   // a slope of about 0.13
-        is_water[40][40] = 1;
-    });
+    derive_slope(200, 0, 40);   // a slope of about 0.13, water at (40, 40)
     expect_cells({{31, 41, 58, st_r0}, {32, 42, 58, st_r0}});
     EXPECT_NE(planetex[39][39], 58u);
     // Water two cells east and north of a block's corner still counts, three
@@ -124,21 +128,14 @@ TEST_F(Derivation, SteepLandAwayFromWaterIsMountain)
     EXPECT_NE(planetex[31][76], 54u);
     EXPECT_EQ(planetex[31][77], 54u);
 
-    derive_on(0, [] {
-        for (int i = 0; i < grid_ni; i++)
-            for (int j = 0; j < grid_nj; j++) planey[i][j] = 200.0f * i;
-        is_water[41][41] = 1;
-    });
+    derive_slope(200, 0, 41);
     EXPECT_EQ(planetex[39][39], 54u);
     EXPECT_NE(planetex[37][37], 54u);
 
     // The rises east and north are added: 0.056 and 0.063 make a mountain, 0.038
     // and 0.042 do not (as a vector, neither would).
     for (float rise : {90.0f, 60.0f}) {
-        derive_on(0, [=] {
-            for (int i = 0; i < grid_ni; i++)
-                for (int j = 0; j < grid_nj; j++) planey[i][j] = rise * (i + j);
-        });
+        derive_slope(rise, rise, 0);
         EXPECT_EQ(planetex[31][41], rise > 80 ? 58u : 54u) << rise;
     }
 }

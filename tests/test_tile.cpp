@@ -61,10 +61,8 @@ TEST_F(TileFile, NamesOfTilesAndCoastFiles)
         {-1, 9, "-010+000/-001+009.env", "-010+000.cst"}, {-5, -5, "-010-010/-005-005.env", "-010-010.cst"}};
     char name[32];
     for (const auto& n : names) {
-        return_latlon_str_ENV(n.lat, n.lon, name);
-        EXPECT_STREQ(name, n.tile);
-        return_latlon_str_COAST(n.lat, n.lon, name);
-        EXPECT_STREQ(name, n.coast);
+        EXPECT_STREQ((return_latlon_str_ENV(n.lat, n.lon, name), name), n.tile);
+        EXPECT_STREQ((return_latlon_str_COAST(n.lat, n.lon, name), name), n.coast);
     }
 }
 
