@@ -9,6 +9,12 @@
 
 using BatchedDrawing = WindowTest;
 
+// Every glDrawArrays of the editor's code comes through here (the test program
+// is linked with --wrap=glDrawArrays) and is counted.
+static long arrays_sent;
+extern "C" void __real_glDrawArrays(GLenum mode, GLint first, GLsizei count);
+extern "C" void __wrap_glDrawArrays(GLenum mode, GLint first, GLsizei count) { arrays_sent++, __real_glDrawArrays(mode, first, count); }
+
 // The back buffer after draw, from a buffer cleared to the same colour and
 // the panel drawn over it, as a frame draws it.
 template <typename F>
@@ -64,6 +70,9 @@ TEST_F(BatchedDrawing, PrimitivesMatchOneAtATimeAndTextLightsOnlyItsGlyphs)
     const auto one = drawn(0, primitive_scene), batched = drawn(1, primitive_scene);
     EXPECT_GT(pixels_differing(one, drawn(0, [] {})), 5000);   // lit on the cleared buffer
     EXPECT_EQ(pixels_differing(one, batched), 0);
+    long arrays_before = 0;   // 500 lines of one colour go out together: their lines, then their end points
+    drawn(1, [&] { arrays_before = arrays_sent, OGL_batch_begin(); for (int k = 0; k < 500; k++) OGL_line(3, k, 10, k, 90); OGL_batch_end(); });
+    EXPECT_EQ(arrays_sent - arrays_before, 2);
     std::string row;   // the line at y 150 from x 20 to 120, the window 7 units in: both ends lit, no more
     for (int x = 26; x <= 128; x++) row += has_colour(px_at(one.data(), x, 150), 7) ? '7' : '.';
     EXPECT_EQ(row, "." + std::string(101, '7') + ".");

@@ -130,6 +130,8 @@ TEST_F(TextAtlas, AtlasQuadOfEachFontAndMap)
         const char text[2] = {a.c, 0};   // the start rounded to 150, 301
         EXPECT_EQ(fed_back([&] { OGL_string(7, 100.4f, 200.6f, text, 999, 6, a.font); }),
                   quads({{150, 301, a.column, a.row, a.atlas}})) << a.font << " " << a.c;
+        // Fonts 100 and 101 are cut from texture 154, 102 and 103 from 156; 104 keeps what is bound.
+        EXPECT_EQ(([] { GLint t; glGetIntegerv(GL_TEXTURE_BINDING_2D, &t); return t; })(), a.atlas == 128 ? 154 : 156) << a.font;
     }
     // One quad a character, spaces skipped; a number's stop lands between units
     // on OpenGL; '.' is cell 85.
