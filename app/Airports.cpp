@@ -165,13 +165,17 @@ static void runway_list(int lo, int hi)
     for (int w = lo + rwy_list_top, row = 0; w <= hi && row < rwy_rows_shown; w++, row++) {
         char text[10];
         runway_row_text(w, text);
-        OGL_string(7, rwy_row_x, rwy_row_y0 - rwy_row_pitch * row, text, 999, 6, 101);
+        OGL_text_line(col_value, rwy_row_x, rwy_row_y0 - rwy_row_pitch * row, text);
     }
     msc.rwy_sel = intlim(msc.rwy_sel, lo, hi);
     const int row = msc.rwy_sel - lo - rwy_list_top;
-    if (intrange(row, 0, rwy_rows_shown - 1)) OGL_framerect(7, 22, 334 - 10.0f * row, 58, 10);
+    // The selected row's frame stands 3 units left of its text and 2 below
+    // its line; a click takes the row whose frame holds it.
+    const float frame_x = rwy_row_x - 3, frame_top = rwy_row_y0 - 2 + rwy_row_pitch;
+    if (intrange(row, 0, rwy_rows_shown - 1))
+        OGL_framerect(col_value, frame_x, frame_top - rwy_row_pitch * (row + 1), 58, rwy_row_pitch);
     if (box_clicked(rwy_rows_box))
-        msc.rwy_sel = (int)(lo + rwy_list_top + (344 - mnw.mouse_y) * 0.1f);
+        msc.rwy_sel = (int)(lo + rwy_list_top + (frame_top - mnw.mouse_y) / rwy_row_pitch);
 }
 
 // ---- fields --------------------------------------------------------------------------------------------
@@ -186,7 +190,7 @@ static void yes_no_field(panel_cycle c, int* flag)
 static void airport_fields(int a)
 {
     spinner_field(apt_elev_spinner, &apt_h[a], "This is the airport elevation, in feet, above sea level.");
-    incharbtn(7, apt_id_wheel.x, apt_id_wheel.y, apt_id[a], 4);
+    wheel_field(apt_id_wheel, apt_id[a]);
     yes_no_field(apt_tower_button, &apt_twr[a]);
     yes_no_field(apt_bld_button, &apt_bld[a]);
 }
@@ -254,8 +258,8 @@ static void runway_fields(int r)
     spinner_field(rwy_lat_spinner, &rwy_lat[r], "This is the latitude of the center of the runway.");
     spinner_field(rwy_lon_spinner, &rwy_lon[r], "This is the longitude of the center of the runway.");
     spinner_field(rwy_num_spinner, &number, "This is the runway number at one end of the runway.");
-    instdbtn_range(7, rwy_hdng_spinner.x, rwy_hdng_spinner.y, &rwy_hdng[r], 5, 2, 0, 360,
-                   "This is the heading of the runway, when looking down it from the same end of the runway you used for the number above.");
+    heading_field(rwy_hdng_spinner, &rwy_hdng[r],
+                  "This is the heading of the runway, when looking down it from the same end of the runway you used for the number above.");
     spinner_field(rwy_len_spinner, &rwy_len[r], "This is the length of the runway, not including any over-runs.");
     spinner_field(rwy_width_spinner, &rwy_width[r], "This is the width of the runway, not including any over-runs.");
     rwy_num[r] = (int)number;

@@ -102,7 +102,7 @@ void handle_nav()
     int first, last;
     navaid_run(nav_list_type, &first, &last);
     plot_name_list(nav_list.x, nav_list.y, nav_name, nav_id, &msc.nav_sel, first, last);
-    incharbtn(7, nav_id_wheel.x, nav_id_wheel.y, nav_id[msc.nav_sel], 4);
+    wheel_field(nav_id_wheel, nav_id[msc.nav_sel]);
     nav_id[msc.nav_sel][4] = 0;
     navaid_fields(msc.nav_sel);
 }

@@ -19,7 +19,7 @@
 
 int tex_list_top;
 
-const int col_value = 7, col_slot_number = 3;
+const int col_slot_number = 3;
 const int tool_move = 0, tool_select = 1, tool_water = 2, tool_rotate = 3, tool_paint = 4;
 const int last_list_top = tex_slot_cap - 9;   // 491: slot 499 in the last row
 
@@ -30,6 +30,13 @@ int spinner_field(const panel_spinner& s, float* value, const char* help)
 {
     return instdbtn(col_value, s.x, s.y, value, s.digits, s.decimals, s.is_signed, help);
 }
+
+int heading_field(const panel_spinner& s, float* value, const char* help)
+{
+    return instdbtn_range(col_value, s.x, s.y, value, s.digits, s.decimals, 0, 360, help);
+}
+
+int wheel_field(const panel_wheel& w, char* id) { return incharbtn(col_value, w.x, w.y, id, w.chars); }
 
 // ---- tile selector ---------------------------------------------------------------------------
 
@@ -163,17 +170,17 @@ static void draw_list()
         float y = ter_list_text_y0 - ter_list_pitch * r;
         inonebool(ter_list_lamp_x, ter_list_lamp_y0 - ter_list_pitch * r, &msc.ter_tex, n + 1);
         if (n == -1) {
-            OGL_string(col_value, ter_list_number_x, y, "Norvane Defaults", 999, 6, 101);
+            OGL_text_line(col_value, ter_list_number_x, y, "Norvane Defaults");
             continue;
         }
         char name[name_len + 1];
         std::memcpy(name, msc.ter_tex_name[n], name_len);   // a full slot has no terminator
         name[name_len] = 0;
-        OGL_string(col_value, ter_list_name_x, y, name, 999, 6, 101);
+        OGL_text_line(col_value, ter_list_name_x, y, name);
         char number[16];
         int_to_str(n, number);
         app_C(number, ":");
-        OGL_string(col_slot_number, ter_list_number_x, y, number, 999, 6, 101);
+        OGL_text_line(col_slot_number, ter_list_number_x, y, number);
     }
 }
 
@@ -321,13 +328,12 @@ static void obstacle_fields()
     if (intrange(obj_type[n], 1, 6))
         spinner_field(obs_height_spinner, &obj_hddz[n], "This is the HEIGHT of this obstacle, in feet.");
     if (obj_type[n] != obs_custom) return;
-    instdbtn_range(col_value, obs_heading_spinner.x, obs_heading_spinner.y, &obj_hddz[n], obs_heading_spinner.digits,
-                   0, 0, 360,
-                   "This is the HEADING of this obstacle, in degrees. Enter zero to not rotate the custom obstacle at all.");
+    heading_field(obs_heading_spinner, &obj_hddz[n],
+                  "This is the HEADING of this obstacle, in degrees. Enter zero to not rotate the custom obstacle at all.");
     char shown[name_len + 1];
     std::memcpy(shown, obj_name[n], name_len);   // a full slot has no terminator
     shown[name_len] = 0;
-    OGL_string(col_value, obs_name_x, obs_name_y, shown, 999, 6, 101);
+    OGL_text_line(col_value, obs_name_x, obs_name_y, shown);
     choose_object();
 }
 

@@ -5,8 +5,12 @@
 // The mouse lies in a control's box, edges included.
 int mouse_in(const panel_box& b);
 int box_clicked(const panel_box& b);   // and pressed in this frame
+const int col_value = 7;   // the colour of every value the user edits
 // A number field laid out by its spinner; 1 when a click changed the value.
 int spinner_field(const panel_spinner& s, float* value, const char* help);
+int heading_field(const panel_spinner& s, float* value, const char* help);   // 0 to 360 degrees
+// A four-letter id laid out by its wheel; 1 when a click changed a letter.
+int wheel_field(const panel_wheel& w, char* id);
 
 void handle_map();
 void handle_obs();

@@ -10,10 +10,6 @@
 
 namespace {
 
-const int font_label = 101;
-const float no_wrap = 999.0f;
-const float label_advance = 6.0f;
-
 // Lamp colours: lit edge, face, dark edge.
 const int lamp_on_cols[3] = {65, 68, 69};
 const int lamp_off_cols[3] = {69, 70, 71};
@@ -67,7 +63,7 @@ int cycle_button(float x, float y, const char* const* texts, int count, int firs
     }
     *var = intwrap(*var, first, last);
     if (intrange(*var, first, last))
-        OGL_string(cycle_text_col, x, y, texts[*var - first], no_wrap, label_advance, font_label);
+        OGL_text_line(cycle_text_col, x, y, texts[*var - first]);
     return hit;
 }
 
@@ -186,7 +182,7 @@ int incharbtn(int col, float x, float y, char* buf, int n)
         buf[i] = code_to_char(intwrap(char_to_code(buf[i]) + step, 0, char_code_last));
         hit = 1;
     }
-    OGL_string(col, x + place_text_dx, y, buf, no_wrap, place_w, font_label);
+    OGL_string(col, x + place_text_dx, y, buf, no_wrap, place_w, panel_font);
     return hit;
 }
 
@@ -200,8 +196,7 @@ int instdbtn_range(int col, float x, float y, float* value, int digits, int deci
     int hit = step_clicked_places(x, y, value, digits, steps);
     if (*value < vmin) *value = vmin;
     if (*value > vmax) *value = vmax;
-    OGL_number(col, x + place_text_dx, y, *value, digits, decimals, place_w, vmin < 0.0f,
-               font_label);
+    OGL_number(col, x + place_text_dx, y, *value, digits, decimals, place_w, vmin < 0.0f, panel_font);
     // One place wider than the columns that take clicks.
     if (fltbox(mnw.mouse_x, mnw.mouse_y, x, y + place_lo, x + place_w * (digits + 1), y + place_hi))
         show_help(help);
@@ -255,8 +250,8 @@ void draw_list_knob(float sx, float knob_bottom)
 void draw_edit_line(float x, float y, const char* name)
 {
     C_to_C(name, g_cs_input);
-    OGL_string(list_edit_col, x + 3, y - 90, g_cs_input, no_wrap, label_advance, font_label);
-    const float cx = x + 3 + label_advance * (float)std::strlen(g_cs_input);
+    OGL_text_line(list_edit_col, x + 3, y - 90, g_cs_input);
+    const float cx = x + 3 + panel_advance * (float)std::strlen(g_cs_input);
     OGL_line(list_hot_col, cx, y - 91, cx, y - 84);
 }
 
@@ -283,8 +278,8 @@ void plot_name_list(float x, float y, char (*names)[40], char (*ids)[5], int* se
         const int r = *selected + k;
         if (!intrange(r, first, last)) continue;
         const int col = k == 0 ? list_hot_col : list_text_col;
-        OGL_string(col, x + 8, y - 10 * k - 3, names[r], no_wrap, label_advance, font_label);
-        OGL_string(col, x + 242, y - 10 * k - 3, ids[r], no_wrap, label_advance, font_label);
+        OGL_text_line(col, x + 8, y - 10 * k - 3, names[r]);
+        OGL_text_line(col, x + 242, y - 10 * k - 3, ids[r]);
     }
     OGL_framerect(list_edit_col, x + 5, y - 5, rows_w, 10);
 }

@@ -905,7 +905,7 @@ static void draw_well(const dialog_box& b)
 {
     MACIBM_button(b.x, b.y, b.x + b.w, b.y + b.h, b.raised);
     MACIBM_button(b.x - 1, b.y - 1, b.x + b.w + 1, b.y + b.h + 1, b.raised);
-    if (b.text) OGL_string(col_dlg_text, b.x + 112, b.y + 4, b.text, 999, 6, 101);
+    if (b.text) OGL_text_line(col_dlg_text, b.x + 112, b.y + 4, b.text);
 }
 
 static void draw_folder_icon(float y)
@@ -921,7 +921,7 @@ static void draw_rows()
     if (g_num_items <= 0) return;
     for (int i = g_item_top; i <= g_item_bot; i++) {
         const float y = 429.0f - 10.0f * (float)(i - g_item_top);
-        OGL_string(g_is_folder[i] ? col_dlg_folder : col_dlg_file, 30, y, g_name[i], 190, 6, 101);
+        OGL_string(g_is_folder[i] ? col_dlg_folder : col_dlg_file, 30, y, g_name[i], 190, panel_advance, panel_font);
         if (g_is_folder[i]) draw_folder_icon(y);
     }
 }
@@ -948,7 +948,7 @@ static void draw_knob()
 static void draw_name_line()
 {
     const float cursor_x = 16.0f + 6.0f * (float)std::strlen(g_cs_input);
-    OGL_string(col_dlg_file, 15, 14, g_cs_input, 510, 6, 101);
+    OGL_string(col_dlg_file, 15, 14, g_cs_input, 510, panel_advance, panel_font);
     OGL_line(col_cursor, cursor_x, 13, cursor_x, 21);
 }
 
@@ -963,7 +963,7 @@ void opensave_update()
     if (t && t->label) {
         // Covers the up-a-level button, whose zone stays active.
         OGL_fillrect(col_dlg_text, 11, 448, 299, 13);
-        OGL_string(col_dlg_folder, 15, 451, t->label, 999, 6, 101);
+        OGL_text_line(col_dlg_folder, 15, 451, t->label);
     }
     draw_rows();
     draw_knob();

@@ -125,6 +125,11 @@ extern int max_texture_size_override;
 // ---- text and numbers ---------------------------------------------------------------------------
 // Fixed-pitch text: atlas quads on OpenGL, 5 by 7 pixel stamps into rgb_array.
 void OGL_string(int col, float x, float y, const char* text, float wrap_width, float advance, int font);
+constexpr float no_wrap = 999;       // a wrap width that no line of the canvas reaches
+constexpr int panel_font = 101;       // the font of the panel's labels and values
+constexpr float panel_advance = 6;    // and the step from one of its characters to the next
+// One line of text in the panel's font, never wrapped.
+void OGL_text_line(int col, float x, float y, const char* text);
 void OGL_number(int col, float x, float y, float value, int digits, int decimals, float spacing,
                 int signed_flag, int font);
 void OGL_char(float x, float y, int c, int font);

@@ -267,6 +267,8 @@ void OGL_string(int col, float x, float y, const char* text, float wrap_width, f
     glEnd();
 }
 
+void OGL_text_line(int col, float x, float y, const char* text) { OGL_string(col, x, y, text, no_wrap, panel_advance, panel_font); }
+
 const int max_number_digits = 8;
 const float stop_offset = 1.5f;        // spacings right of the digit before the units
 const float comma_spacing = 10.0f;     // separators only at the spinners' spacing
