@@ -19,10 +19,8 @@ void clear() { std::memset(rgb_array, 0, sizeof rgb_array); }
 struct ControlTest : ::testing::Test {
     void SetUp() override
     {
-        OGL_assign_colortable();
-        clear();
+        OGL_assign_colortable(), clear(), mouse(-50, -50, 0);
         to_array = 1, mnw.win_x = mnw.win_y = 0;
-        mouse(-50, -50, 0);
     }
     void TearDown() override { to_array = 0; }
 };
