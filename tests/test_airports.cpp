@@ -121,7 +121,8 @@ TEST_F(AirportTables, FullTablesRefuseAndLoseNothing)
 {
     msc.apt_sel = msc.rwy_sel = 0;
     make_airports({1, 20});   // the second airport's runway list shows nineteen rows, down to y 156
-    screen_frame(), msc.apt_sel = 1, screen_frame();
+    screen_frame(), msc.apt_sel = 1, screen_frame();   // its first runway framed from the first frame on
+    EXPECT_EQ(written(7, 20, 334, 64, 1), rect_pixels(22, 334, 59, 1));
     EXPECT_EQ(written(7, 25, 146, 60, 17).size(), written(7, 25, 156, 60, 7).size());
     screen_frame(96, 320), screen_frame();   // its down arrow: one row on, and it stays there
     EXPECT_EQ(rwy_list_top, 1);

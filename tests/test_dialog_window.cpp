@@ -128,8 +128,8 @@ TEST_F(DialogLoop, GoingUpStopsAtTheStartFolderWhereEveryDialogStarts)
                                     {'c', up_x, up_y}, {'c', cancel_x, cancel_y}}), 0);
     EXPECT_EQ(after, (seen{"./Sub/ 0 2", "./Sub/Deeper/ 0 0", "./Sub/ 0 2", "./ 0 61", "./ 0 61"}));
     EXPECT_EQ(g_item_bot, 39) << "the list's 406 units hold forty rows of 10";
-    EXPECT_EQ(run(win_save_dialog, {{'k', 0, 0, 0x0D}}), 1);   // Return at once saves under the name given
-    EXPECT_EQ(std::string(name) + " " + path, "keep.bmp " + start_folder + "keep.bmp");
+    EXPECT_EQ(run(win_save_dialog, {{'k', 0, 0, 'S'}, {'k', 0, 0, 0x0D}}), 1);   // the S key after the name given, and Return
+    EXPECT_EQ(std::string(name) + " " + path, "keep.bmps " + start_folder + "keep.bmps");
     // Left in zz, a dialog opened again shows the start folder from its first frame.
     EXPECT_EQ(run(win_open_dialog, {{'c', strip_x, 34}, {'c', list_x, row0_y}, {'c', cancel_x, cancel_y}}), 0);
     EXPECT_EQ(after.back().substr(0, 5), "./zz/");
@@ -178,6 +178,7 @@ TEST_F(DialogPicture, LabelCoversTheUpButtonFoldersHaveIconsTheSaveDialogANameLi
     EXPECT_EQ(written(65, 270, 471, 40, 7), stamped("a.bmp", 270, 471));
     EXPECT_TRUE(written(78, 255, 481, 11, 8).size() > 20 && written(78, 255, 471, 11, 8).empty());
     EXPECT_EQ(written(78, 255, 481, 1, 6), rect_pixels(255, 481, 1, 6)) << "the icon's left side";
+    EXPECT_EQ(std::vector<int>(px_at(rgb_array, 255, 481), px_at(rgb_array, 255, 481) + 3), (std::vector<int>{255, 255, 51}));   // yellow
     EXPECT_EQ(written(30, 300, 90, 200, 300).size(), 200u * 300);   // the list's black below its rows
     // The knob's face at the top of the strip for the first item, window y
     // 434 - 7, at the bottom for the last.

@@ -268,8 +268,12 @@ TEST_F(TerrainScreen, ZoomTileElevationAndTextureList)
     EXPECT_EQ(tex_list_top, 0);
     frame_at(ter_lon_spinner.x + 25, ter_lon_spinner.y + 12, 1);   // and the longitude's: east
     EXPECT_FLOAT_EQ(msc.lon, -118);
-    frame_at(ter_elev_spinner.x + 15, ter_elev_spinner.y + 12, 1);   // the selected vertex up 1000 ft
-    EXPECT_NEAR(planey[1][1], 304.8f, 0.01f);
+    // A frame without a click leaves the height bit for bit (0.0137 m is not
+    // the same after metres to feet and back); a click raises it 1000 ft.
+    planey[1][1] = 0.0137f, frame_at(-50, -50, 0);
+    EXPECT_EQ(planey[1][1], 0.0137f);
+    frame_at(ter_elev_spinner.x + 15, ter_elev_spinner.y + 12, 1);
+    EXPECT_NEAR(planey[1][1], 304.8137f, 0.001f);
 }
 
 // A water cell is level while its three looked-at edges rise by at most half
