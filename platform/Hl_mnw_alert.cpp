@@ -126,7 +126,7 @@ void draw_alert_window()
 {
     const char* const lines[4] = {g_cs1, g_cs2, g_cs3, g_cs4};
     for (int k = 0; k < 4; k++) OGL_string(col_text, 10, 180 - 40 * k, lines[k], 380, 6, 101);
-    OGL_string(col_text, 195, 19, "O.K.", 999, 6, 101);
+    OGL_text_line(col_text, 195, 19, "O.K.");
     double_bevel(20, 15, 380, 30, 1);
 }
 
@@ -144,7 +144,7 @@ void draw_save_prompt()
 {
     OGL_string(col_text, 20, 80, g_cs1, 260, 6, 101);
     for (const prompt_button& b : prompt_buttons) {
-        OGL_string(col_text, b.x + 10, b.y + 4, b.label, 999, 6, 101);
+        OGL_text_line(col_text, b.x + 10, b.y + 4, b.label);
         double_bevel(b.x, b.y, b.x + 100, b.y + 15, 1);
     }
 }

@@ -259,8 +259,8 @@ static void draw_menu_bar()
 {
     for (int m = 0; m < menu_cap; m++) {
         if (!mnw.menu_title[m][0] || mnw.menu_parent[m] != -1) continue;
-        OGL_string(col_shadow, mnw.title_x1[m] + 1, mnw.title_y1[m] + 4, mnw.menu_title[m], 999, 6, 100);
-        OGL_string(col_label, mnw.title_x1[m], mnw.title_y1[m] + 5, mnw.menu_title[m], 999, 6, 100);
+        OGL_string(col_shadow, mnw.title_x1[m] + 1, mnw.title_y1[m] + 4, mnw.menu_title[m], no_wrap, panel_advance, 100);
+        OGL_string(col_label, mnw.title_x1[m], mnw.title_y1[m] + 5, mnw.menu_title[m], no_wrap, panel_advance, 100);
     }
 }
 
@@ -330,8 +330,8 @@ static void draw_item(int m, int i, int hot)
         return;
     }
     const char* label = mnw.item_name[m][i];
-    OGL_string(i == hot ? col_hot_shadow : col_shadow, x1 + 13, y1 + 2, label, 999, 6, 101);
-    OGL_string(i == hot ? col_hot_label : col_label, x1 + 12, y1 + 3, label, 999, 6, 101);
+    OGL_text_line(i == hot ? col_hot_shadow : col_shadow, x1 + 13, y1 + 2, label);
+    OGL_text_line(i == hot ? col_hot_label : col_label, x1 + 12, y1 + 3, label);
     if (item_checked(mnw.item_cmd[m][i])) draw_check_mark(x1, y1);
 }
 
