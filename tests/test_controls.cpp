@@ -51,6 +51,7 @@ TEST_F(ControlTest, RadioLampTakesItsValueOnClicksInsideItsEdges)
     EXPECT_TRUE(has_colour(124, 104, 68) && has_colour(120, 100, 65) && has_colour(120, 105, 65) &&
                 has_colour(126, 100, 65) && has_colour(128, 108, 69) && has_colour(144, 104, 70));
     for (int y = 98; y <= 110; y++) EXPECT_EQ(px_at(rgb_array, 119, y)[3], 0) << "left of the lamp, row " << y;
+    EXPECT_TRUE(written(-1, 115, 90, 20, 10).empty()) << "below the lamp";
     // Just outside, and inside with the button held from an earlier click.
     for (auto [mx, my, click] : {std::tuple{130.5f, 105.0f, 1}, {125.0f, 99.5f, 1}, {125.0f, 105.0f, 0}}) {
         mouse(mx, my, click);
